@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# The whole test suite: installs what it needs, then builds and tests twice, once optimised and
+# once with the address and undefined-behaviour sanitizers.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+bash scripts/install-dependencies.sh
+
+jobs=$(nproc)
+build_and_test() {
+  local dir=$1; shift
+  cmake -S . -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >/dev/null
+  cmake --build "$dir" -j"$jobs"
+  (cd "$dir" && ctest -j"$jobs" --output-on-failure --timeout 300)
+}
+
+echo "== Optimised build"
+build_and_test build/release
+echo "== Sanitizer build (address, undefined behaviour)"
+ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+  build_and_test build/sanitize -DVANTLE_SANITIZE=ON

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <chrono>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vantle::testing {
+
+// How a child process ended and what it printed.
+struct ChildResult {
+    std::string standardOutput;
+    std::string standardError;
+    std::optional<int> exitStatus;  // when it exited
+    std::optional<int> signal;      // when a signal ended it
+    bool timedOut = false;          // it was killed after the time limit
+};
+
+struct ChildOptions {
+    // Variables to set (or, with an empty optional, to remove) on top of this process's
+    // environment.
+    std::map<std::string, std::optional<std::string>> environment;
+    std::chrono::milliseconds timeout{20000};
+};
+
+// Runs program with arguments, no standard input, and waits for it.
+ChildResult runChild(const std::string& program, const std::vector<std::string>& arguments,
+                     const ChildOptions& options = {});
+
+// A child left running, for tests that kill it at a moment of their choosing.
+class RunningChild {
+public:
+    RunningChild(const std::string& program, const std::vector<std::string>& arguments,
+                 const ChildOptions& options = {});
+    ~RunningChild();
+    RunningChild(const RunningChild&) = delete;
+    RunningChild& operator=(const RunningChild&) = delete;
+
+    int pid() const { return pid_; }
+    // Sends the signal and reaps the child.
+    void killAndWait(int signal);
+
+private:
+    int pid_ = -1;
+};
+
+}  // namespace vantle::testing
