@@ -8,6 +8,7 @@ packages=(
   libplist-dev                   # property lists: the settings file
   libicu-dev                     # dates in each language's medium style
   libgtest-dev                   # unit and integration tests
+  libbenchmark-dev               # benchmarks
 )
 
 missing=()
