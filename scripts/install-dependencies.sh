@@ -7,6 +7,8 @@ packages=(
   g++ cmake make pkg-config      # the toolchain
   libplist-dev                   # property lists: the settings file
   libicu-dev                     # dates in each language's medium style
+  libpulse-dev                   # talks to the sound server (PulseAudio or PipeWire's pulse server)
+  pulseaudio pulseaudio-utils    # a private sound server and pactl for the tests
   libgtest-dev                   # unit and integration tests
   libbenchmark-dev               # benchmarks
 )

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <cstdint>
+
+namespace vantle {
+
+// A four-character code as the sound hardware layer uses them: the bytes of the 32-bit value,
+// high to low, are the four characters ("volm", "uid ").
+constexpr std::uint32_t fourCharCode(const char (&code)[5]) {
+    return static_cast<std::uint32_t>(static_cast<unsigned char>(code[0])) << 24 |
+           static_cast<std::uint32_t>(static_cast<unsigned char>(code[1])) << 16 |
+           static_cast<std::uint32_t>(static_cast<unsigned char>(code[2])) << 8 |
+           static_cast<std::uint32_t>(static_cast<unsigned char>(code[3]));
+}
+
+// Where a property lives on an audio object.
+struct PropertyAddress {
+    std::uint32_t selector = 0;
+    std::uint32_t scope = 0;
+    std::uint32_t element = 0;
+    bool operator==(const PropertyAddress&) const = default;
+};
+
+namespace audio {
+
+inline constexpr std::uint32_t kSystemObject = 1;
+inline constexpr std::uint32_t kMainElement = 0;
+
+inline constexpr std::uint32_t kScopeOutput = fourCharCode("outp");
+inline constexpr std::uint32_t kScopeGlobal = fourCharCode("glob");
+
+// Volume of one element, 0..1, as a 32-bit float; on a device, output scope.
+inline constexpr std::uint32_t kVolume = fourCharCode("volm");
+// The default output device's id (32-bit unsigned); on the system object, global scope.
+inline constexpr std::uint32_t kDefaultOutputDevice = fourCharCode("dOut");
+// Every device's id (array of 32-bit unsigned); on the system object, global scope.
+inline constexpr std::uint32_t kDevices = fourCharCode("dev#");
+// The device's output streams; only the size is asked. Output scope.
+inline constexpr std::uint32_t kStreams = fourCharCode("stm#");
+// The device ids an aggregate device plays through right now; global scope.
+inline constexpr std::uint32_t kActiveSubDevices = fourCharCode("agrp");
+// The device's name and its persistent unique id, as UTF-8 text; global scope.
+inline constexpr std::uint32_t kName = fourCharCode("lnam");
+inline constexpr std::uint32_t kUid = fourCharCode("uid ");
+
+}  // namespace audio
+
+// The sound hardware as objects with properties, in the manner of the macOS hardware layer: the
+// system object (id 1) lists devices and names the default output; each device has streams,
+// volume elements (0 the main one, 1 and up its channels), a name, a unique id and, for an
+// aggregate, its active sub-devices.
+//
+// Every call is synchronous, returns a status (0 for success) and never throws. A backend that
+// talks to a server bounds each call in time: a stuck or absent server makes the call fail
+// rather than block the caller. Calls come from the main thread only.
+//
+// Data layout: ids, element counts and volumes are 4-byte values; lists are arrays of 4-byte
+// ids; text properties ("lnam", "uid ") are UTF-8 bytes without a terminator, their size being
+// the byte count.
+class AudioHal {
+public:
+    using Status = std::int32_t;
+    static constexpr Status kSuccess = 0;
+
+    virtual ~AudioHal() = default;
+
+    // The size in bytes of the property's data.
+    virtual Status dataSize(std::uint32_t object, const PropertyAddress& address, std::uint32_t& size) = 0;
+
+    // Reads at most size bytes into data; size becomes the number of bytes written.
+    virtual Status getData(std::uint32_t object, const PropertyAddress& address, std::uint32_t& size,
+                           void* data) = 0;
+
+    // Writes size bytes of data to the property.
+    virtual Status setData(std::uint32_t object, const PropertyAddress& address, std::uint32_t size,
+                           const void* data) = 0;
+
+    // Whether the object has the property at all.
+    virtual bool hasProperty(std::uint32_t object, const PropertyAddress& address) = 0;
+
+    // Whether the property can be written; the status tells whether the question was answered.
+    virtual Status isSettable(std::uint32_t object, const PropertyAddress& address, bool& settable) = 0;
+
+    // Between these two calls the backend may answer every read from one reading of the
+    // hardware taken at the start, so that one command's many probes cost one round trip to a
+    // sound server. A read after our own successful write still returns the written value.
+    // Scopes nest; only the outermost counts. Outside a scope every call reads afresh.
+    virtual void beginSnapshot() {}
+    virtual void endSnapshot() {}
+};
+
+// Holds a snapshot scope open for the lifetime of the object.
+class AudioSnapshotScope {
+public:
+    explicit AudioSnapshotScope(AudioHal& hal) : hal_(hal) { hal_.beginSnapshot(); }
+    ~AudioSnapshotScope() { hal_.endSnapshot(); }
+    AudioSnapshotScope(const AudioSnapshotScope&) = delete;
+    AudioSnapshotScope& operator=(const AudioSnapshotScope&) = delete;
+
+private:
+    AudioHal& hal_;
+};
+
+}  // namespace vantle

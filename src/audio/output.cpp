@@ -1,0 +1,113 @@
+#include "audio/output.h"
+
+namespace vantle {
+namespace {
+
+// Channels past this one are never looked at; the main element is 0.
+constexpr std::uint32_t kLastElement = 32;
+
+bool isUsableVolumeElement(AudioHal& hal, std::uint32_t device, std::uint32_t element) {
+    const PropertyAddress volume = address(audio::kVolume, element);
+    if (!hal.hasProperty(device, volume)) {
+        return false;
+    }
+    bool settable = false;
+    if (hal.isSettable(device, volume, settable) != AudioHal::kSuccess || !settable) {
+        return false;
+    }
+    return scalar<float>(hal, device, volume, 0.0f).has_value();
+}
+
+std::vector<std::uint32_t> usableElements(AudioHal& hal, std::uint32_t device) {
+    std::vector<std::uint32_t> elements;
+    for (std::uint32_t element = 0; element <= kLastElement; ++element) {
+        if (isUsableVolumeElement(hal, device, element)) {
+            elements.push_back(element);
+        }
+    }
+    if (!elements.empty() && elements.front() == audio::kMainElement) {
+        return {audio::kMainElement};
+    }
+    return elements;
+}
+
+bool hasOutputStreams(AudioHal& hal, std::uint32_t device) {
+    std::uint32_t size = 0;
+    return hal.dataSize(device, address(audio::kStreams, audio::kMainElement), size) == AudioHal::kSuccess &&
+           size > 0;
+}
+
+}  // namespace
+
+float clampLevel(float level) {
+    if (!(level > 0.0f)) {
+        return 0.0f;  // also NaN
+    }
+    return level > 1.0f ? 1.0f : level;
+}
+
+std::string stringProperty(AudioHal& hal, std::uint32_t object, std::uint32_t selector) {
+    const PropertyAddress where = address(selector, audio::kScopeGlobal, audio::kMainElement);
+    std::uint32_t size = 0;
+    if (hal.dataSize(object, where, size) != AudioHal::kSuccess || size == 0) {
+        return {};
+    }
+    std::string text(size, '\0');
+    if (hal.getData(object, where, size, text.data()) != AudioHal::kSuccess) {
+        return {};
+    }
+    text.resize(std::min<std::size_t>(size, text.size()));
+    return text;
+}
+
+std::vector<float> Output::levels(AudioHal& hal) const {
+    std::vector<float> result;
+    result.reserve(elements.size());
+    for (std::uint32_t element : elements) {
+        if (std::optional<float> level = scalar<float>(hal, id, address(audio::kVolume, element), 0.0f)) {
+            result.push_back(*level);
+        }
+    }
+    return result;
+}
+
+bool Output::write(AudioHal& hal, const std::vector<float>& newLevels) const {
+    if (newLevels.size() != elements.size() || elements.empty()) {
+        return false;
+    }
+    bool allWritten = true;
+    for (std::size_t index = 0; index < elements.size(); ++index) {
+        const float level = clampLevel(newLevels[index]);
+        if (hal.setData(id, address(audio::kVolume, elements[index]), sizeof level, &level) != AudioHal::kSuccess) {
+            allWritten = false;
+        }
+    }
+    return allWritten;
+}
+
+std::vector<Output> outputs(AudioHal& hal) {
+    const PropertyAddress deviceList = address(audio::kDevices, audio::kScopeGlobal, audio::kMainElement);
+    std::uint32_t size = 0;
+    if (hal.dataSize(audio::kSystemObject, deviceList, size) != AudioHal::kSuccess) {
+        return {};
+    }
+    std::vector<std::uint32_t> ids(size / sizeof(std::uint32_t), 0);
+    std::uint32_t readSize = static_cast<std::uint32_t>(ids.size() * sizeof(std::uint32_t));
+    if (ids.empty() || hal.getData(audio::kSystemObject, deviceList, readSize, ids.data()) != AudioHal::kSuccess) {
+        return {};
+    }
+    ids.resize(readSize / sizeof(std::uint32_t));
+
+    std::vector<Output> result;
+    for (std::uint32_t id : ids) {
+        std::string name = stringProperty(hal, id, audio::kName);
+        if (!hasOutputStreams(hal, id)) {
+            continue;  // an input-only device
+        }
+        std::vector<std::uint32_t> elements = usableElements(hal, id);
+        result.push_back(Output{id, stringProperty(hal, id, audio::kUid), std::move(name), std::move(elements)});
+    }
+    return result;
+}
+
+}  // namespace vantle

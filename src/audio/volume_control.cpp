@@ -1,0 +1,187 @@
+#include "audio/volume_control.h"
+
+#include <algorithm>
+
+#include "audio/control_plan.h"
+#include "localization/localization.h"
+
+namespace vantle {
+namespace {
+
+std::vector<std::uint32_t> readIds(AudioHal& hal, std::uint32_t object, const PropertyAddress& where) {
+    std::uint32_t size = 0;
+    if (hal.dataSize(object, where, size) != AudioHal::kSuccess || size < sizeof(std::uint32_t)) {
+        return {};
+    }
+    std::vector<std::uint32_t> ids(size / sizeof(std::uint32_t), 0);
+    std::uint32_t readSize = static_cast<std::uint32_t>(ids.size() * sizeof(std::uint32_t));
+    if (hal.getData(object, where, readSize, ids.data()) != AudioHal::kSuccess) {
+        return {};
+    }
+    ids.resize(std::min<std::size_t>(ids.size(), readSize / sizeof(std::uint32_t)));
+    return ids;
+}
+
+}  // namespace
+
+std::vector<std::uint32_t> VolumeControl::members(std::uint32_t device) {
+    return readIds(hal_, device, address(audio::kActiveSubDevices, audio::kScopeGlobal, audio::kMainElement));
+}
+
+std::vector<Output> VolumeControl::aggregates() {
+    AudioSnapshotScope snapshot(hal_);
+    std::vector<Output> result;
+    for (Output& output : outputs(hal_)) {
+        if (!members(output.id).empty()) {
+            result.push_back(std::move(output));
+        }
+    }
+    return result;
+}
+
+std::vector<Output> VolumeControl::devices() {
+    AudioSnapshotScope snapshot(hal_);
+    std::vector<Output> all = outputs(hal_);
+    const std::uint32_t defaultDevice =
+        scalar<std::uint32_t>(hal_, audio::kSystemObject,
+                              address(audio::kDefaultOutputDevice, audio::kScopeGlobal, audio::kMainElement), 0)
+            .value_or(0);
+    const std::vector<std::uint32_t> leaves =
+        ControlPlan::audioLeaves(defaultDevice, [this](std::uint32_t id) { return members(id); });
+    std::vector<Output> kept;
+    for (Output& output : all) {
+        if (std::binary_search(leaves.begin(), leaves.end(), output.id)) {
+            kept.push_back(std::move(output));
+        }
+    }
+    // A leaf that is not an output device (no output streams, or gone) means the command would
+    // reach only part of what the user hears: act on none.
+    if (kept.size() != leaves.size()) {
+        return {};
+    }
+    return kept;
+}
+
+std::vector<Output> VolumeControl::readableDevices() {
+    std::vector<Output> leaves = devices();
+    for (const Output& device : leaves) {
+        if (device.elements.empty() || device.levels(hal_).size() != device.elements.size()) {
+            return {};
+        }
+    }
+    return leaves;
+}
+
+void VolumeControl::applyVolume(float level) {
+    AudioSnapshotScope snapshot(hal_);
+    const std::vector<Output> leaves = readableDevices();
+    if (leaves.empty()) {
+        show(L("s090"));
+        return;
+    }
+    std::vector<std::vector<float>> before;
+    before.reserve(leaves.size());
+    for (const Output& device : leaves) {
+        before.push_back(device.levels(hal_));
+    }
+    for (const Output& device : leaves) {
+        if (!device.write(hal_, std::vector<float>(device.elements.size(), level))) {
+            // Undo what was written so that the devices never play at different levels. Every
+            // device whose snapshot is complete is written back, including the failed one,
+            // whose other elements may have taken the new level.
+            for (std::size_t index = 0; index < leaves.size(); ++index) {
+                if (!before[index].empty() && before[index].size() == leaves[index].elements.size()) {
+                    leaves[index].write(hal_, before[index]);
+                }
+            }
+            show(L("s091"));
+            refresh_();
+            return;
+        }
+    }
+    // A new level ends the mute memory of the devices it reached: a later unmute must not
+    // bring back their old level.
+    SavedLevels remembered = saved();
+    for (const Output& device : leaves) {
+        remembered.erase(device.uid);
+    }
+    setSaved(remembered);
+    show(L("s092", leaves.size()));
+    refresh_();
+}
+
+void VolumeControl::setVolume(double sliderValue) {
+    applyVolume(static_cast<float>(sliderValue / 100.0));
+}
+
+void VolumeControl::quickVolumeChanged(double sliderValue) {
+    applyVolume(static_cast<float>(sliderValue / 100.0));
+}
+
+void VolumeControl::toggleMute() {
+    if (muted()) {
+        unmute();
+        return;
+    }
+    AudioSnapshotScope snapshot(hal_);
+    const std::vector<Output> leaves = readableDevices();
+    if (leaves.empty()) {
+        show(L("s093"));
+        return;
+    }
+    SavedLevels remembered;
+    for (const Output& device : leaves) {
+        remembered[device.uid] = device.levels(hal_);
+    }
+    // Stored before the first write: if we die half-way, the levels are still known.
+    setSaved(remembered);
+    bool failed = false;
+    for (const Output& device : leaves) {
+        if (!device.write(hal_, std::vector<float>(device.elements.size(), 0.0f))) {
+            failed = true;
+        }
+    }
+    if (failed) {
+        unmute();
+        show(L("s094"));
+    } else {
+        show(L("s095"));
+    }
+    refresh_();
+}
+
+void VolumeControl::unmute() {
+    AudioSnapshotScope snapshot(hal_);
+    SavedLevels remembered = saved();
+    // All outputs, not only the current leaves: the default output may have changed since.
+    for (const Output& output : outputs(hal_)) {
+        auto entry = remembered.find(output.uid);
+        if (entry == remembered.end() || entry->second.empty() || entry->second.size() != output.elements.size()) {
+            continue;
+        }
+        if (output.write(hal_, entry->second)) {
+            remembered.erase(entry);
+        }
+    }
+    setSaved(remembered);
+    show(L(remembered.empty() ? "s096" : "s097"));
+    refresh_();
+}
+
+bool VolumeControl::muted() const {
+    return !saved().empty();
+}
+
+SavedLevels VolumeControl::saved() const {
+    return loadSavedLevels(defaults_);
+}
+
+void VolumeControl::setSaved(const SavedLevels& levels) {
+    storeSavedLevels(defaults_, levels);
+}
+
+void VolumeControl::show(const std::string& text) {
+    messages_.report(text);
+}
+
+}  // namespace vantle
