@@ -4,10 +4,9 @@
 #include <functional>
 #include <vector>
 
-namespace vantle::ControlPlan {
+#include "services/levels.h"
 
-// The most displays a brightness step, and the most devices a volume command, acts on.
-inline constexpr std::size_t limit = 6;
+namespace vantle::ControlPlan {
 
 // The leaf devices under root, ascending. children lists a device's sub-devices (empty for a
 // plain device, which is then its own leaf). Empty when the devices form a cycle, or when

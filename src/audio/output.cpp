@@ -39,13 +39,6 @@ bool hasOutputStreams(AudioHal& hal, std::uint32_t device) {
 
 }  // namespace
 
-float clampLevel(float level) {
-    if (!(level > 0.0f)) {
-        return 0.0f;  // also NaN
-    }
-    return level > 1.0f ? 1.0f : level;
-}
-
 std::string stringProperty(AudioHal& hal, std::uint32_t object, std::uint32_t selector) {
     const PropertyAddress where = address(selector, audio::kScopeGlobal, audio::kMainElement);
     std::uint32_t size = 0;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "audio/audio_hal.h"
+#include "services/levels.h"
 
 namespace vantle {
 
@@ -57,8 +58,5 @@ struct Output {
 
 // Every device that can play sound, in the hardware's order; empty when the list cannot be read.
 std::vector<Output> outputs(AudioHal& hal);
-
-// 0..1, with NaN and anything below 0 giving 0.
-float clampLevel(float level);
 
 }  // namespace vantle
