@@ -1,0 +1,67 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "audio/audio_hal.h"
+
+namespace vantle {
+
+namespace pulse {
+class PulseConnection;
+struct PulseSnapshot;
+struct PropertyValue;
+}  // namespace pulse
+
+// The sound hardware layer on a PulseAudio server (or PipeWire's PulseAudio service).
+//
+// Object 1 is the system; each sink is a device with one output stream and each real source a
+// device without one (monitor sources are not listed). Sink ids are the sink's index plus 16,
+// source ids its index plus 0x8000'0000, so that a device keeps its id while it exists.
+//
+// The server is reached on first use and again after it went away; every call is bounded by the
+// time limit given here and fails with a non-zero status (and an empty size) when the server
+// does not answer. Main thread only, like the interface.
+class PulseAudioHal final : public AudioHal {
+public:
+    static constexpr std::chrono::milliseconds kDefaultTimeout{2000};
+
+    // server: a PulseAudio server string; empty means PULSE_SERVER or the configured default.
+    explicit PulseAudioHal(std::optional<std::string> server = std::nullopt,
+                           std::chrono::milliseconds timeout = kDefaultTimeout);
+    ~PulseAudioHal() override;
+    PulseAudioHal(const PulseAudioHal&) = delete;
+    PulseAudioHal& operator=(const PulseAudioHal&) = delete;
+
+    Status dataSize(std::uint32_t object, const PropertyAddress& address, std::uint32_t& size) override;
+    Status getData(std::uint32_t object, const PropertyAddress& address, std::uint32_t& size,
+                   void* data) override;
+    Status setData(std::uint32_t object, const PropertyAddress& address, std::uint32_t size,
+                   const void* data) override;
+    bool hasProperty(std::uint32_t object, const PropertyAddress& address) override;
+    Status isSettable(std::uint32_t object, const PropertyAddress& address, bool& settable) override;
+
+    // The outermost begin reads the whole server once; if that fails, every read inside the
+    // scope fails at once instead of waiting on the server again.
+    void beginSnapshot() override;
+    void endSnapshot() override;
+
+    // Requests that went to the server so far: one per reading of its state, one per write.
+    std::uint64_t roundTrips() const;
+
+private:
+    // The state to answer from: the scope's reading, or a fresh one outside a scope. Null when
+    // the server could not be read.
+    pulse::PulseSnapshot* currentSnapshot(std::chrono::steady_clock::time_point deadline);
+    Status read(std::uint32_t object, const PropertyAddress& address, pulse::PropertyValue& value);
+
+    std::unique_ptr<pulse::PulseConnection> connection_;
+    int snapshotDepth_ = 0;
+    std::unique_ptr<pulse::PulseSnapshot> scopeSnapshot_;
+    std::unique_ptr<pulse::PulseSnapshot> unscopedSnapshot_;
+};
+
+}  // namespace vantle

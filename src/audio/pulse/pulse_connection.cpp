@@ -1,0 +1,130 @@
+#include "audio/pulse/pulse_connection.h"
+
+#include <pulse/context.h>
+#include <pulse/mainloop.h>
+
+#include <utility>
+
+#include "audio/pulse/pulse_requests.h"
+
+namespace vantle::pulse {
+namespace {
+
+// After a failed connection attempt, requests fail at once for this long rather than knock on a
+// dead or stuck server again on every call.
+constexpr std::chrono::milliseconds kReconnectPause{250};
+
+}  // namespace
+
+PulseConnection::PulseConnection(std::optional<std::string> server, std::chrono::milliseconds timeout)
+    : server_(std::move(server)), timeout_(timeout), mainLoop_(pa_mainloop_new()) {}
+
+PulseConnection::~PulseConnection() {
+    disconnect();
+    if (mainLoop_ != nullptr) {
+        pa_mainloop_free(mainLoop_);
+    }
+}
+
+std::optional<PulseSnapshot> PulseConnection::fetchSnapshot(Clock::time_point deadline) {
+    if (!ensureConnected(deadline)) {
+        return std::nullopt;
+    }
+    ++roundTrips_;
+    std::optional<PulseSnapshot> snapshot;
+    bool abandoned = false;
+    {
+        SnapshotRequest request(context_);
+        abandoned = !request.sent() || !runUntil([&] { return request.finished(); }, deadline);
+        if (!abandoned) {
+            snapshot = request.result();
+        }
+    }
+    if (abandoned) {
+        // A server that missed the deadline may still answer later; a fresh connection keeps
+        // those late answers from being taken for the next request's.
+        disconnect();
+    }
+    return snapshot;
+}
+
+bool PulseConnection::setSinkVolume(std::uint32_t sinkIndex, const std::vector<std::uint32_t>& channelVolumes,
+                                    Clock::time_point deadline) {
+    if (!ensureConnected(deadline)) {
+        return false;
+    }
+    ++roundTrips_;
+    bool abandoned = false;
+    bool succeeded = false;
+    {
+        VolumeRequest request(context_, sinkIndex, channelVolumes);
+        if (!request.sent()) {
+            return false;
+        }
+        abandoned = !runUntil([&] { return request.finished(); }, deadline);
+        succeeded = !abandoned && request.succeeded();
+    }
+    if (abandoned) {
+        disconnect();
+    }
+    return succeeded;
+}
+
+bool PulseConnection::ensureConnected(Clock::time_point deadline) {
+    if (mainLoop_ == nullptr) {
+        return false;
+    }
+    if (context_ != nullptr) {
+        // Take in whatever happened since the last request without waiting, so that a server
+        // that went away in between is noticed now and the request goes to its successor.
+        pa_mainloop_iterate(mainLoop_, 0, nullptr);
+        if (pa_context_get_state(context_) == PA_CONTEXT_READY) {
+            return true;
+        }
+        disconnect();
+    }
+    if (lastFailedAttempt_ && Clock::now() - *lastFailedAttempt_ < kReconnectPause) {
+        return false;
+    }
+    context_ = pa_context_new(pa_mainloop_get_api(mainLoop_), "Vantle Control");
+    const bool connected =
+        context_ != nullptr &&
+        pa_context_connect(context_, server_ ? server_->c_str() : nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) >= 0 &&
+        runUntil([&] { return pa_context_get_state(context_) == PA_CONTEXT_READY; }, deadline);
+    if (!connected) {
+        disconnect();
+        lastFailedAttempt_ = Clock::now();
+        return false;
+    }
+    lastFailedAttempt_.reset();
+    return true;
+}
+
+void PulseConnection::disconnect() {
+    if (context_ == nullptr) {
+        return;
+    }
+    pa_context_disconnect(context_);
+    pa_context_unref(context_);
+    context_ = nullptr;
+}
+
+bool PulseConnection::runUntil(const std::function<bool()>& done, Clock::time_point deadline) {
+    while (!done()) {
+        if (context_ == nullptr || !PA_CONTEXT_IS_GOOD(pa_context_get_state(context_))) {
+            return false;
+        }
+        const auto remaining = std::chrono::duration_cast<std::chrono::microseconds>(deadline - Clock::now());
+        if (remaining.count() <= 0) {
+            return false;
+        }
+        // Waiting in poll with the remaining time as its limit is what bounds every request.
+        if (pa_mainloop_prepare(mainLoop_, static_cast<int>(remaining.count())) < 0 ||
+            pa_mainloop_poll(mainLoop_) < 0 || pa_mainloop_dispatch(mainLoop_) < 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace vantle::pulse

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "display/native_display_control.h"
+#include "display/screen_system.h"
+
+struct xcb_connection_t;
+
+namespace vantle {
+
+// The screens of an X server as RandR monitors, which is what Qt makes a screen of.
+//
+// A display's id is the id of the RandR output its monitor shows. A monitor with no output, or
+// one that shares its output with another monitor (set-ups made with xrandr --setmonitor, some
+// docking stations), gets a synthetic id with bit 31 set, derived from its name atom, which
+// stays the same while the X server runs; real output ids never have that bit. The name comes
+// from the EDID's monitor name, else the monitor's own name.
+class X11ScreenSystem final : public ScreenSystem {
+public:
+    // Uses the connection's first screen; the connection stays owned by the caller.
+    explicit X11ScreenSystem(xcb_connection_t* connection);
+
+    std::vector<SystemScreen> screens() override;
+    bool isActive(std::uint32_t display) override;
+
+    // EDID and connector of every listed display, for matching native controls.
+    std::vector<DisplayIdentity> identities();
+
+    // The RandR output and CRTC that show a display; empty ids when it has none of its own.
+    struct Output {
+        std::uint32_t output = 0;
+        std::uint32_t crtc = 0;
+        std::string name;
+    };
+    // The display showing the output of that name, if any is listed now.
+    std::optional<Output> outputNamed(const std::string& name);
+    Output outputOf(std::uint32_t display);
+
+private:
+    struct Monitor {
+        std::uint32_t id = 0;
+        SystemScreen screen;
+        bool active = false;
+        Output output;
+        DisplayIdentity identity;
+    };
+    std::vector<Monitor> readMonitors();
+
+    xcb_connection_t* connection_;
+    std::uint32_t root_ = 0;
+    std::uint32_t edidAtom_ = 0;
+    // Activity and outputs as seen by the last listing, which isActive and outputOf answer from.
+    std::map<std::uint32_t, Monitor> lastSeen_;
+};
+
+}  // namespace vantle

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+
+#include "display/shade.h"
+
+class QWidget;
+
+namespace vantle {
+
+// A shade as a black, frameless, click-through window above all others, made translucent by
+// the window opacity. Only a compositor turns that opacity into dimming; without one the
+// window would be opaque black, which is why the gamma shade exists.
+class ShadeWindow final : public ShadePanel {
+public:
+    ShadeWindow();
+    ~ShadeWindow() override;
+
+    void setUp(const ScreenFrame& frame) override;
+    void setAlpha(double alpha) override;
+    void orderOut() override;
+    void orderFrontRegardless() override;
+
+    QWidget* widget() const { return window_.get(); }
+
+private:
+    std::unique_ptr<QWidget> window_;
+};
+
+}  // namespace vantle

@@ -1,0 +1,46 @@
+#pragma once
+
+// The integration tests of the PulseAudio backend run against a real, private PulseAudio server
+// that scripts/sound-server.sh starts in a temporary folder, with the devices that script loads
+// (the sinks "studio", "desk", "mono", "surround", "cafe", "left_room", "right_room", the
+// combined sinks "combo" and "nested", and the source "microphone"). CTest runs every test in a
+// process of its own, so every test gets a server in its original state.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "support/temporary_directory.h"
+
+namespace vantle::testing {
+
+class SoundServerTest : public ::testing::Test {
+protected:
+    // Starts the server and points PULSE_SERVER at it, so that backends made with no server
+    // string find it the way the program finds the user's server.
+    static void SetUpTestSuite();
+    static void TearDownTestSuite();
+
+    static std::string serverString();
+    static std::filesystem::path folder();
+
+    // Runs pactl against the private server and returns what it printed, without the final line
+    // break; the test fails if pactl does.
+    static std::string pactl(const std::vector<std::string>& arguments);
+
+    // Kills the server as a crash would, and starts it again on the same socket with its devices.
+    static void killServer();
+    static void startServer();
+    // Freezes and thaws the server, which then accepts connections but answers nothing.
+    static void pauseServer();
+    static void resumeServer();
+
+private:
+    static int serverPid();
+    static std::unique_ptr<TemporaryDirectory> directory_;
+};
+
+}  // namespace vantle::testing
