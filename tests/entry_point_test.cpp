@@ -16,7 +16,10 @@ protected:
     testing::ChildResult run(const std::vector<std::string>& arguments,
                              std::map<std::string, std::optional<std::string>> environment = {}) {
         testing::ChildOptions options;
+        // No test may reach the user's own sound server or X server.
         options.environment = {{"XDG_CONFIG_HOME", configHome.path().string()},
+                               {"PULSE_SERVER", "unix:" + (configHome.path() / "no-sound-server").string()},
+                               {"DISPLAY", std::nullopt},
                                {"LANGUAGE", std::nullopt},
                                {"LC_ALL", std::nullopt},
                                {"LC_MESSAGES", std::nullopt},

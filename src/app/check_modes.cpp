@@ -1,21 +1,38 @@
 #include "app/check_modes.h"
 
 #include <cstdio>
+#include <string>
+#include <vector>
+
+#include "app/audio_checks.h"
+#include "app/display_checks.h"
 
 namespace vantle {
+namespace {
 
-// The audio and display backends are not part of this build yet, so the diagnosis has no
-// device to list and the round trip nothing to write: both report an empty machine, which is
-// what they report on a machine with no sound server and no display.
-int runDiagnose() {
+void printLines(const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) {
+        std::printf("%s\n", line.c_str());
+    }
+}
+
+}  // namespace
+
+int runDiagnose(AudioHal& audio, Brightness& brightness) {
+    printLines(diagnoseAudioLines(audio));
+    printLines(diagnoseDisplayLines(brightness));
     return 0;
 }
 
-int runVerifyControls() {
-    return 0;
+int runVerifyControls(AudioHal& audio, Brightness& brightness, const UserDefaults& defaults) {
+    const RoundTripResult volume = verifyVolumeRoundTrip(audio);
+    printLines(volume.lines);
+    const RoundTripResult display = verifyBrightnessRoundTrip(brightness, defaults);
+    printLines(display.lines);
+    return volume.passed && display.passed ? 0 : 1;
 }
 
-// Without the on-screen display there is no panel to check.
+// The on-screen display is not part of this build: there is no panel to check.
 int runVerifyOsd() {
     std::printf("FAIL: no OSD panels\n");
     return 1;

@@ -1,10 +1,14 @@
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "app/check_modes.h"
+#include "app/display_backends.h"
 #include "app/localization_check.h"
 #include "app/switches.h"
+#include "audio/pulse/audio_hal_pulse.h"
+#include "services/standard_defaults.h"
 
 namespace {
 
@@ -21,18 +25,30 @@ int runApplication() {
 
 int main(int argc, char** argv) {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
-    switch (vantle::chooseMode(arguments)) {
-    case vantle::Mode::LocalizationCheck:
-        // Runs before any backend exists, so that it checks the texts alone.
+    const vantle::Mode mode = vantle::chooseMode(arguments);
+    if (mode == vantle::Mode::LocalizationCheck) {
+        // Runs before anything else exists, so that it checks the texts alone.
         return vantle::runLocalizationCheck();
-    case vantle::Mode::Diagnose:
-        return vantle::runDiagnose();
-    case vantle::Mode::VerifyControls:
-        return vantle::runVerifyControls();
+    }
+
+    vantle::UserDefaults& defaults = vantle::standardDefaults();
+    const std::unique_ptr<vantle::DisplayBackends> displays = vantle::DisplayBackends::create(argc, argv, defaults);
+    vantle::Brightness& brightness = displays->brightness();
+
+    switch (mode) {
+    case vantle::Mode::Diagnose: {
+        vantle::PulseAudioHal audio;
+        return vantle::runDiagnose(audio, brightness);
+    }
+    case vantle::Mode::VerifyControls: {
+        vantle::PulseAudioHal audio;
+        return vantle::runVerifyControls(audio, brightness, defaults);
+    }
     case vantle::Mode::VerifyOsd:
         return vantle::runVerifyOsd();
+    case vantle::Mode::LocalizationCheck:
     case vantle::Mode::NormalStart:
-        return runApplication();
+        break;
     }
-    return 2;
+    return runApplication();
 }

@@ -88,17 +88,36 @@ AudioHal::Status PulseAudioHal::setData(std::uint32_t object, const PropertyAddr
     PulseSink* sink = snapshot->sinkWithId(object);
     float level = 0.0f;
     std::memcpy(&level, data, sizeof(level));
-    const std::optional<std::vector<std::uint32_t>> volumes = pulse::volumesAfterWrite(*sink, address.element, level);
+    const auto remembered = balanceBeforeSilence_.find(sink->name);
+    const std::optional<std::vector<std::uint32_t>> volumes = pulse::volumesAfterWrite(
+        *sink, address.element, level,
+        remembered != balanceBeforeSilence_.end() ? remembered->second : std::vector<std::uint32_t>{});
     if (!volumes) {
         return kStatusUnspecified;
     }
     if (!connection_->setSinkVolume(sink->index, *volumes, deadline)) {
         return kStatusUnspecified;
     }
+    rememberBalance(*sink, address.element, *volumes);
     // The server now holds exactly these values; keeping them lets a read in the same scope
     // return what was written rather than the reading from before.
     sink->channelVolumes = *volumes;
     return kSuccess;
+}
+
+void PulseAudioHal::rememberBalance(const pulse::PulseSink& sink, std::uint32_t element,
+                                    const std::vector<std::uint32_t>& written) {
+    const auto isSilent = [](const std::vector<std::uint32_t>& volumes) {
+        return std::all_of(volumes.begin(), volumes.end(), [](std::uint32_t volume) { return volume == 0; });
+    };
+    if (element == audio::kMainElement && isSilent(written)) {
+        if (!isSilent(sink.channelVolumes)) {
+            balanceBeforeSilence_[sink.name] = sink.channelVolumes;
+        }
+        return;
+    }
+    // Any other write sets a balance of its own.
+    balanceBeforeSilence_.erase(sink.name);
 }
 
 bool PulseAudioHal::hasProperty(std::uint32_t object, const PropertyAddress& address) {

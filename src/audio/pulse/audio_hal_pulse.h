@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <cstdint>
+#include <map>
+#include <vector>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,6 +16,7 @@ namespace pulse {
 class PulseConnection;
 struct PulseSnapshot;
 struct PropertyValue;
+struct PulseSink;
 }  // namespace pulse
 
 // The sound hardware layer on a PulseAudio server (or PipeWire's PulseAudio service).
@@ -57,11 +60,17 @@ private:
     // the server could not be read.
     pulse::PulseSnapshot* currentSnapshot(std::chrono::steady_clock::time_point deadline);
     Status read(std::uint32_t object, const PropertyAddress& address, pulse::PropertyValue& value);
+    void rememberBalance(const pulse::PulseSink& sink, std::uint32_t element, const std::vector<std::uint32_t>& written);
 
     std::unique_ptr<pulse::PulseConnection> connection_;
     int snapshotDepth_ = 0;
     std::unique_ptr<pulse::PulseSnapshot> scopeSnapshot_;
     std::unique_ptr<pulse::PulseSnapshot> unscopedSnapshot_;
+    // The channel volumes of sinks that we silenced through their main element, by sink name.
+    // The server cannot keep a balance at zero, as the macOS hardware layer does, so we keep it
+    // here and give it back when the main element is raised again (after a mute, say). It lives
+    // as long as this object: after a restart a muted sink comes back with equal channels.
+    std::map<std::string, std::vector<std::uint32_t>> balanceBeforeSilence_;
 };
 
 }  // namespace vantle

@@ -144,7 +144,8 @@ AudioHal::Status readProperty(const PulseSnapshot& snapshot, std::uint32_t objec
 }
 
 std::optional<std::vector<std::uint32_t>> volumesAfterWrite(const PulseSink& sink, std::uint32_t element,
-                                                            float level) {
+                                                            float level,
+                                                            const std::vector<std::uint32_t>& balanceWhenSilent) {
     std::vector<std::uint32_t> volumes = sink.channelVolumes;
     if (std::isnan(level) || volumes.empty() || element > volumes.size()) {
         return std::nullopt;
@@ -154,7 +155,11 @@ std::optional<std::vector<std::uint32_t>> volumesAfterWrite(const PulseSink& sin
         volumes[element - 1] = target;
         return volumes;
     }
-    const std::uint32_t loudest = *std::max_element(volumes.begin(), volumes.end());
+    std::uint32_t loudest = *std::max_element(volumes.begin(), volumes.end());
+    if (loudest == 0 && balanceWhenSilent.size() == volumes.size()) {
+        volumes = balanceWhenSilent;
+        loudest = *std::max_element(volumes.begin(), volumes.end());
+    }
     if (loudest == 0) {
         // Silence has no balance to keep.
         std::fill(volumes.begin(), volumes.end(), target);

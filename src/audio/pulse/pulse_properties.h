@@ -33,10 +33,13 @@ AudioHal::Status readProperty(const PulseSnapshot& snapshot, std::uint32_t objec
                               PropertyValue& value);
 
 // The sink's channel volumes after writing level (0..1, clamped) to a volume element: element 0
-// scales every channel so that the balance stays, element n sets channel n alone. Empty when the
-// element does not exist or the level is not a number.
+// scales every channel so that the balance stays, element n sets channel n alone. A silent sink
+// has no balance of its own; balanceWhenSilent, the channel volumes it had before it fell
+// silent, gives it back (all channels equal without one). Empty when the element does not exist
+// or the level is not a number.
 std::optional<std::vector<std::uint32_t>> volumesAfterWrite(const PulseSink& sink, std::uint32_t element,
-                                                            float level);
+                                                            float level,
+                                                            const std::vector<std::uint32_t>& balanceWhenSilent = {});
 
 // PulseAudio's volumes are linear factors with 65536 as 100 %, the same scale as our levels.
 std::uint32_t volumeFromLevel(float level);

@@ -113,6 +113,13 @@ TEST(PulsePropertiesTest, MainVolumeWriteOnSilenceSetsEveryChannel) {
     EXPECT_EQ(volumesAfterWrite(sink, 0, 0.25f), (std::vector<std::uint32_t>{16384, 16384, 16384}));
 }
 
+TEST(PulsePropertiesTest, MainVolumeWriteOnSilenceGivesBackTheRememberedBalance) {
+    const PulseSink sink{0, "desk", "Desk", "", std::nullopt, {0, 0}};
+    EXPECT_EQ(volumesAfterWrite(sink, 0, 0.5f, {65536, 32768}), (std::vector<std::uint32_t>{32768, 16384}));
+    // A remembered balance of another channel count is not this sink's.
+    EXPECT_EQ(volumesAfterWrite(sink, 0, 0.5f, {65536, 32768, 0}), (std::vector<std::uint32_t>{32768, 32768}));
+}
+
 TEST(PulsePropertiesTest, ChannelWriteChangesOnlyThatChannelAndClamps) {
     const PulseSink sink{0, "desk", "Desk", "", std::nullopt, {65536, 32768}};
     EXPECT_EQ(volumesAfterWrite(sink, 2, 1.5f), (std::vector<std::uint32_t>{65536, 65536}));

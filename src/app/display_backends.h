@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "display/brightness.h"
+#include "services/user_defaults.h"
+
+namespace vantle {
+
+// Everything behind the process-wide Brightness on this platform: the window system's screens,
+// the shades and the native controls. With no window system to talk to (a headless machine),
+// there are simply no screens, so the check modes still run.
+class DisplayBackends {
+public:
+    virtual ~DisplayBackends() = default;
+    virtual Brightness& brightness() = 0;
+    // Whether a window system is there, and so the toolkit's application object.
+    virtual bool hasWindowSystem() const = 0;
+
+    // Connects to the window system when it can be reached. argc and argv are the process's own,
+    // which the toolkit keeps for its whole life.
+    static std::unique_ptr<DisplayBackends> create(int& argc, char** argv, UserDefaults& defaults);
+};
+
+}  // namespace vantle

@@ -1,0 +1,106 @@
+#include <xcb/xcb.h>
+
+#include <QApplication>
+#include <QGuiApplication>
+#include <cstdlib>
+#include <filesystem>
+
+#include "app/display_backends.h"
+#include "display/gamma_shade_x11.h"
+#include "display/native_chain.h"
+#include "display/screens_x11.h"
+#include "display/shade_factory_linux.h"
+#include "services/settings_location.h"
+
+namespace vantle {
+namespace {
+
+class NoScreens final : public ScreenSystem {
+public:
+    std::vector<SystemScreen> screens() override { return {}; }
+    bool isActive(std::uint32_t) override { return false; }
+};
+
+class NoShades final : public ShadeFactory {
+public:
+    std::unique_ptr<ShadePanel> makePanel(std::uint32_t, const ScreenFrame&) override { return nullptr; }
+};
+
+std::vector<std::string> argumentList(int argc, char** argv) {
+    return std::vector<std::string>(argv + 1, argv + argc);
+}
+
+// Asking first keeps the toolkit from ending the process when there is no X server.
+bool xServerReachable() {
+    const char* display = std::getenv("DISPLAY");
+    if (display == nullptr || display[0] == '\0') {
+        return false;
+    }
+    xcb_connection_t* connection = xcb_connect(display, nullptr);
+    const bool reachable = xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
+    return reachable;
+}
+
+// Ramps of displays that were dimmed when the program last ended live with other per-session
+// state, which the system clears at log-out, when the ramps are reset anyway.
+std::filesystem::path savedRampDirectory() {
+    if (const char* runtime = std::getenv("XDG_RUNTIME_DIR"); runtime != nullptr && runtime[0] == '/') {
+        return std::filesystem::path(runtime) / "vantle-control";
+    }
+    return settingsDirectory();
+}
+
+class HeadlessDisplayBackends final : public DisplayBackends {
+public:
+    HeadlessDisplayBackends(UserDefaults& defaults, const std::vector<std::string>& arguments)
+        : brightness_({}, screens_, shades_, defaults, arguments) {}
+    Brightness& brightness() override { return brightness_; }
+    bool hasWindowSystem() const override { return false; }
+
+private:
+    NoScreens screens_;
+    NoShades shades_;
+    Brightness brightness_;
+};
+
+class X11DisplayBackends final : public DisplayBackends {
+public:
+    X11DisplayBackends(int& argc, char** argv, UserDefaults& defaults)
+        : application_(std::make_unique<QApplication>(argc, argv)),
+          connection_(qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection()),
+          screens_(connection_),
+          savedRamps_(savedRampDirectory(), std::getenv("DISPLAY")),
+          shades_(connection_, screens_, savedRamps_),
+          brightness_(chainNativeControls({}), screens_, shades_, defaults, argumentList(argc, argv)) {
+        restoreSavedGammaRamps(connection_, screens_, savedRamps_);
+    }
+    ~X11DisplayBackends() override {
+        // Shades go before the toolkit does, so that every dimmed ramp is put back.
+        brightness_.clearShades();
+    }
+
+    Brightness& brightness() override { return brightness_; }
+    bool hasWindowSystem() const override { return true; }
+
+private:
+    std::unique_ptr<QApplication> application_;
+    xcb_connection_t* connection_;
+    X11ScreenSystem screens_;
+    SavedGammaRamps savedRamps_;
+    LinuxShadeFactory shades_;
+    Brightness brightness_;
+};
+
+}  // namespace
+
+std::unique_ptr<DisplayBackends> DisplayBackends::create(int& argc, char** argv, UserDefaults& defaults) {
+    if (!xServerReachable()) {
+        return std::make_unique<HeadlessDisplayBackends>(defaults, argumentList(argc, argv));
+    }
+    // The X11 platform is the one this build's screens and shades speak.
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    return std::make_unique<X11DisplayBackends>(argc, argv, defaults);
+}
+
+}  // namespace vantle

@@ -1,0 +1,89 @@
+// The check modes run as real processes against a private PulseAudio server, with no X server.
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "sound_server_fixture.h"
+#include "support/child_process.h"
+#include "support/temporary_directory.h"
+
+namespace vantle::testing {
+namespace {
+
+class CheckModesPulseTest : public SoundServerTest {
+protected:
+    ChildResult run(const std::string& mode, const std::string& server) {
+        ChildOptions options;
+        options.environment = {{"XDG_CONFIG_HOME", configHome.path().string()},
+                               {"PULSE_SERVER", server},
+                               {"DISPLAY", std::nullopt},
+                               {"LANGUAGE", "en"}};
+        return runChild(VANTLE_PROGRAM, {mode}, options);
+    }
+    ChildResult run(const std::string& mode) { return run(mode, serverString()); }
+
+    TemporaryDirectory configHome;
+};
+
+TEST_F(CheckModesPulseTest, DiagnoseListsEveryOutputAndTheDefault) {
+    pactl({"set-sink-volume", "studio", "16384", "32768"});
+    pactl({"set-sink-volume", "surround", "19661"});
+    const ChildResult result = run("--diagnose");
+    EXPECT_EQ(result.exitStatus, 0) << result.standardError;
+    EXPECT_EQ(result.standardOutput,
+              "AUDIO id=16 name=Studio Display Speakers volumeElements=[0] levels=[0.5]\n"
+              "AUDIO id=17 name=Desk Speakers volumeElements=[0] levels=[1.0]\n"
+              "AUDIO id=18 name=Mono Speaker volumeElements=[0] levels=[1.0]\n"
+              "AUDIO id=19 name=Surround Speakers volumeElements=[0] levels=[0.30000305]\n"
+              "AUDIO id=20 name=Café \"Büro\" Speakers volumeElements=[0] levels=[1.0]\n"
+              "AUDIO id=21 name=Left Room volumeElements=[0] levels=[1.0]\n"
+              "AUDIO id=22 name=Right Room volumeElements=[0] levels=[1.0]\n"
+              "AUDIO id=23 name=Both Rooms volumeElements=[0] levels=[1.0]\n"
+              "AUDIO id=24 name=Everywhere volumeElements=[0] levels=[1.0]\n"
+              "DEFAULT 16 Studio Display Speakers\n");
+}
+
+TEST_F(CheckModesPulseTest, DefaultLineFollowsTheServersDefault) {
+    pactl({"set-default-sink", "nested"});
+    const ChildResult result = run("--diagnose");
+    EXPECT_NE(result.standardOutput.find("\nDEFAULT 24 Everywhere\n"), std::string::npos) << result.standardOutput;
+}
+
+TEST_F(CheckModesPulseTest, VerifyControlsWritesTheStudioSpeakersBackUnchanged) {
+    pactl({"set-sink-volume", "studio", "21000", "30000"});
+    const ChildResult result = run("--verify-controls");
+    EXPECT_EQ(result.exitStatus, 0) << result.standardError;
+    EXPECT_EQ(result.standardOutput, "VOLUME write/read unchanged 16: true\n");
+    EXPECT_NE(pactl({"get-sink-volume", "studio"}).find("30000"), std::string::npos);
+}
+
+TEST_F(CheckModesPulseTest, WithoutStudioSpeakersOrDisplaysVerifyControlsPrintsNothingAndPasses) {
+    pactl({"unload-module", "module-null-sink"});  // every null sink, the studio speakers among them
+    const ChildResult result = run("--verify-controls");
+    EXPECT_EQ(result.exitStatus, 0) << result.standardError;
+    EXPECT_EQ(result.standardOutput, "");
+}
+
+TEST_F(CheckModesPulseTest, ServerThatRefusesTheConnectionListsNothingQuickly) {
+    const auto start = std::chrono::steady_clock::now();
+    const ChildResult diagnose = run("--diagnose", "unix:" + (configHome.path() / "nobody-listens").string());
+    const ChildResult verify = run("--verify-controls", "unix:" + (configHome.path() / "nobody-listens").string());
+    const auto elapsed = std::chrono::steady_clock::now() - start;
+    EXPECT_EQ(diagnose.exitStatus, 0);
+    EXPECT_EQ(diagnose.standardOutput, "");
+    EXPECT_EQ(verify.exitStatus, 0);
+    EXPECT_EQ(verify.standardOutput, "");
+    EXPECT_LT(elapsed, std::chrono::seconds(5));
+}
+
+TEST_F(CheckModesPulseTest, DeadServerInTheMiddleOfARunIsNotFatal) {
+    killServer();
+    const ChildResult result = run("--diagnose");
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(result.standardOutput, "");
+    startServer();
+    EXPECT_NE(run("--diagnose").standardOutput.find("DEFAULT 16"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace vantle::testing
