@@ -1,10 +1,14 @@
 #!/usr/bin/env bash
 # The whole test suite: installs what it needs, then builds and tests twice, once optimised and
-# once with the address and undefined-behaviour sanitizers.
+# once with the address and undefined-behaviour sanitizers. The tests run against a private X
+# server and a private sound server that this command starts and stops; tests that need a set-up
+# of their own start further private servers. None of them reaches the user's own servers.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 bash scripts/install-dependencies.sh
+source scripts/private-servers.sh
+start_private_servers x sound
 
 jobs=$(nproc)
 build_and_test() {
@@ -17,5 +21,5 @@ build_and_test() {
 echo "== Optimised build"
 build_and_test build/release
 echo "== Sanitizer build (address, undefined behaviour)"
-ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
   build_and_test build/sanitize -DVANTLE_SANITIZE=ON

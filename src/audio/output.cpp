@@ -54,6 +54,7 @@ std::string stringProperty(AudioHal& hal, std::uint32_t object, std::uint32_t se
 }
 
 std::vector<float> Output::levels(AudioHal& hal) const {
+    AudioSnapshotScope snapshot(hal);
     std::vector<float> result;
     result.reserve(elements.size());
     for (std::uint32_t element : elements) {
@@ -79,6 +80,8 @@ bool Output::write(AudioHal& hal, const std::vector<float>& newLevels) const {
 }
 
 std::vector<Output> outputs(AudioHal& hal) {
+    // Dozens of probes per device: one reading of the hardware answers them all.
+    AudioSnapshotScope snapshot(hal);
     const PropertyAddress deviceList = address(audio::kDevices, audio::kScopeGlobal, audio::kMainElement);
     std::uint32_t size = 0;
     if (hal.dataSize(audio::kSystemObject, deviceList, size) != AudioHal::kSuccess) {

@@ -1,0 +1,114 @@
+// Volume commands against a private PulseAudio server with ten sinks, started by this program
+// in a temporary folder: the cost of listing the outputs, of a volume change on a combined
+// output of three devices, and of the same change made the way a user without this program
+// would, with one pactl command per device.
+#include <benchmark/benchmark.h>
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "audio/output.h"
+#include "audio/pulse/audio_hal_pulse.h"
+#include "audio/volume_control.h"
+#include "services/testing/memory_defaults_store.h"
+
+namespace vantle {
+namespace {
+
+class SilentMessageLine final : public MessageLine {
+public:
+    void report(const std::string&) override {}
+};
+
+int shell(const std::string& command) {
+    return std::system(command.c_str());
+}
+
+// One private server for the whole run, with the test devices plus one more sink: ten in all.
+class PrivateServer {
+public:
+    PrivateServer() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "vantle-bench-XXXXXX").string();
+        folder_ = ::mkdtemp(pattern.data());
+        if (shell("bash " VANTLE_SOUND_SERVER_SCRIPT " start " + folder_) != 0) {
+            std::abort();
+        }
+        server_ = "unix:" + folder_ + "/native";
+        ::setenv("PULSE_SERVER", server_.c_str(), 1);
+        pactl("load-module module-null-sink sink_name=extra >/dev/null");
+        pactl("set-default-sink nested");
+    }
+    ~PrivateServer() {
+        shell("bash " VANTLE_SOUND_SERVER_SCRIPT " stop " + folder_);
+        std::filesystem::remove_all(folder_);
+    }
+    int pactl(const std::string& arguments) const { return shell("pactl " + arguments); }
+
+private:
+    std::string folder_;
+    std::string server_;
+};
+
+PrivateServer& server() {
+    static PrivateServer instance;
+    return instance;
+}
+
+void listOutputs(benchmark::State& state) {
+    server();
+    PulseAudioHal hal;
+    outputs(hal);  // connect first
+    const std::uint64_t before = hal.roundTrips();
+    std::size_t sinks = 0;
+    for (auto _ : state) {
+        sinks = outputs(hal).size();
+    }
+    state.counters["outputs"] = static_cast<double>(sinks);
+    state.counters["roundTripsPerCall"] =
+        static_cast<double>(hal.roundTrips() - before) / static_cast<double>(state.iterations());
+}
+BENCHMARK(listOutputs)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly(true);
+
+void applyVolumeOnThreeLeafCombinedOutput(benchmark::State& state) {
+    server();
+    PulseAudioHal hal;
+    testing::MemoryDefaultsStore store;
+    UserDefaults defaults(store);
+    SilentMessageLine messages;
+    VolumeControl control(hal, defaults, messages, [] {});
+    if (control.devices().size() != 3) {
+        state.SkipWithError("the default output is not the three-device combined output");
+        return;
+    }
+    const std::uint64_t before = hal.roundTrips();
+    float level = 0.3f;
+    for (auto _ : state) {
+        level = level > 0.5f ? 0.3f : level + 0.01f;
+        control.applyVolume(level);
+    }
+    state.counters["roundTripsPerCall"] =
+        static_cast<double>(hal.roundTrips() - before) / static_cast<double>(state.iterations());
+}
+BENCHMARK(applyVolumeOnThreeLeafCombinedOutput)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly(true);
+
+// What a user would otherwise run: one pactl per member device.
+void pactlPerMemberDevice(benchmark::State& state) {
+    server();
+    int volume = 20000;
+    for (auto _ : state) {
+        volume = volume > 40000 ? 20000 : volume + 500;
+        const std::string value = std::to_string(volume);
+        for (const char* sink : {"desk", "left_room", "right_room"}) {
+            server().pactl("set-sink-volume " + std::string(sink) + " " + value);
+        }
+    }
+}
+BENCHMARK(pactlPerMemberDevice)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly(true);
+
+}  // namespace
+}  // namespace vantle
+
+BENCHMARK_MAIN();

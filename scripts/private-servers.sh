@@ -1,0 +1,34 @@
+# Sourced by the run and test commands: starts a private X server and a private sound server in
+# a fresh folder, points DISPLAY and PULSE_SERVER at them, and stops both when the shell exits.
+#   start_private_servers [x] [sound]
+start_private_servers() {
+  local scripts_dir
+  scripts_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+  PRIVATE_SERVERS_DIR=$(mktemp -d "${TMPDIR:-/tmp}/vantle-servers-XXXXXX")
+  trap stop_private_servers EXIT
+  for server in "$@"; do
+    case $server in
+      x)
+        bash "$scripts_dir/x-server.sh" start "$PRIVATE_SERVERS_DIR/x"
+        # shellcheck disable=SC1091
+        source "$PRIVATE_SERVERS_DIR/x/env"
+        ;;
+      sound)
+        bash "$scripts_dir/sound-server.sh" start "$PRIVATE_SERVERS_DIR/sound"
+        # shellcheck disable=SC1091
+        source "$PRIVATE_SERVERS_DIR/sound/env"
+        ;;
+    esac
+  done
+  export DISPLAY PULSE_SERVER
+}
+
+stop_private_servers() {
+  local scripts_dir
+  scripts_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+  [ -n "${PRIVATE_SERVERS_DIR:-}" ] || return 0
+  [ -d "$PRIVATE_SERVERS_DIR/x" ] && bash "$scripts_dir/x-server.sh" stop "$PRIVATE_SERVERS_DIR/x" || true
+  [ -d "$PRIVATE_SERVERS_DIR/sound" ] && bash "$scripts_dir/sound-server.sh" stop "$PRIVATE_SERVERS_DIR/sound" || true
+  rm -rf "$PRIVATE_SERVERS_DIR"
+  PRIVATE_SERVERS_DIR=""
+}
