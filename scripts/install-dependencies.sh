@@ -12,6 +12,8 @@ packages=(
   qt6-base-dev libgl-dev          # the user interface (Qt 6 Widgets) and its X11 platform plugin
   libxcb-randr0-dev libxkbcommon-dev  # screens, EDIDs and gamma ramps through RandR
   xvfb x11-xserver-utils xcompmgr xdotool  # a private X server with monitors, a compositor and key events for the tests
+  libsystemd-dev dbus-daemon     # backlight writes through logind on the system bus; a private bus for its tests
+  libddcutil4                    # external monitors' brightness over DDC/CI, loaded only when a monitor needs it
   libgtest-dev                   # unit and integration tests
   libbenchmark-dev               # benchmarks
 )
