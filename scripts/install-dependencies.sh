@@ -9,7 +9,7 @@ packages=(
   libicu-dev                     # dates in each language's medium style
   libpulse-dev                   # talks to the sound server (PulseAudio or PipeWire's pulse server)
   pulseaudio pulseaudio-utils    # a private sound server and pactl for the tests
-  qt6-base-dev libgl-dev          # the user interface (Qt 6 Widgets) and its X11 platform plugin
+  qt6-base-dev qt6-qpa-plugins libgl-dev  # the user interface (Qt 6 Widgets) and its X11 platform plugin
   libxcb-randr0-dev libxkbcommon-dev  # screens, EDIDs and gamma ramps through RandR
   xvfb x11-xserver-utils xcompmgr xdotool  # a private X server with monitors, a compositor and key events for the tests
   libsystemd-dev dbus-daemon     # backlight writes through logind on the system bus; a private bus for its tests
