@@ -41,6 +41,9 @@ start() {
   # full-width monitor as a third screen; the second has no output of its own.
   xrandr --setmonitor '*LEFT' 1920/508x1080/286+0+0 screen >/dev/null
   xrandr --setmonitor RIGHT 1280/339x1024/271+1920+0 none >/dev/null
+  # Xvfb starts with an all-zero gamma ramp (it never applies one); a real output starts with
+  # the identity ramp, which is what dimming scales.
+  xrandr --output screen --gamma 1:1:1
   printf 'export DISPLAY=%q\n' "$DISPLAY" >"$dir/env"
 }
 

@@ -18,6 +18,8 @@ public:
     virtual Brightness& brightness() = 0;
     // Whether a window system is there, and so the toolkit's application object.
     virtual bool hasWindowSystem() const = 0;
+    // The attached displays changed: match each native control to its displays again.
+    virtual void matchNativeControls() = 0;
 
     // Connects to the window system when it can be reached. argc and argv are the process's own,
     // which the toolkit keeps for its whole life.

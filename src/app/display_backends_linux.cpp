@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "app/display_backends.h"
+#include "display/backlight/backlight_linux.h"
 #include "display/gamma_shade_x11.h"
 #include "display/native_chain.h"
 #include "display/screens_x11.h"
@@ -57,6 +58,7 @@ public:
         : brightness_({}, screens_, shades_, defaults, arguments) {}
     Brightness& brightness() override { return brightness_; }
     bool hasWindowSystem() const override { return false; }
+    void matchNativeControls() override {}
 
 private:
     NoScreens screens_;
@@ -72,8 +74,9 @@ public:
           screens_(connection_),
           savedRamps_(savedRampDirectory(), std::getenv("DISPLAY")),
           shades_(connection_, screens_, savedRamps_),
-          brightness_(chainNativeControls({}), screens_, shades_, defaults, argumentList(argc, argv)) {
+          brightness_(chainNativeControls({&backlight_}), screens_, shades_, defaults, argumentList(argc, argv)) {
         restoreSavedGammaRamps(connection_, screens_, savedRamps_);
+        matchNativeControls();
     }
     ~X11DisplayBackends() override {
         // Shades go before the toolkit does, so that every dimmed ramp is put back.
@@ -82,6 +85,7 @@ public:
 
     Brightness& brightness() override { return brightness_; }
     bool hasWindowSystem() const override { return true; }
+    void matchNativeControls() override { backlight_.updateDisplays(screens_.identities()); }
 
 private:
     std::unique_ptr<QApplication> application_;
@@ -89,6 +93,7 @@ private:
     X11ScreenSystem screens_;
     SavedGammaRamps savedRamps_;
     LinuxShadeFactory shades_;
+    BacklightBrightness backlight_;
     Brightness brightness_;
 };
 

@@ -1,0 +1,234 @@
+// Screens, shades and the check modes against a private Xvfb with two monitors.
+#include <signal.h>
+#include <xcb/xcb.h>
+
+#include <QApplication>
+#include <QWidget>
+#include <chrono>
+#include <thread>
+
+#include "app/display_backends.h"
+#include "display/brightness_control.h"
+#include "display/screens_x11.h"
+#include "display/testing/synthetic_edid.h"
+#include "services/plist_file_store.h"
+#include "services/property_list_codec.h"
+#include "x_server_fixture.h"
+
+namespace vantle::testing {
+namespace {
+
+constexpr std::uint32_t kSyntheticIdBit = 0x80000000u;
+
+class RecordingMessageLine final : public MessageLine {
+public:
+    void report(const std::string& text) override { reports.push_back(text); }
+    std::vector<std::string> reports;
+};
+
+class DisplayX11Test : public XServerTest {
+protected:
+    DisplayX11Test() : settingsFile(configHome.path() / "vantle-control" / "defaults.plist") {}
+
+    void softwareBrightness(bool on) { defaults.set("softwareBrightness", on); }
+
+    std::unique_ptr<DisplayBackends> backends() {
+        static int argc = 1;
+        static char name[] = "display_x11_test";
+        static char* argv[] = {name, nullptr};
+        return DisplayBackends::create(argc, argv, defaults);
+    }
+
+    // The shade windows Qt shows right now.
+    static std::vector<QWidget*> visibleShades() {
+        QApplication::processEvents();
+        std::vector<QWidget*> shades;
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (widget->isVisible() && widget->windowTitle() == "Vantle Control shade") {
+                shades.push_back(widget);
+            }
+        }
+        return shades;
+    }
+
+    ChildOptions childOptions() const {
+        ChildOptions options;
+        options.environment = {{"XDG_CONFIG_HOME", configHome.path().string()},
+                               {"XDG_RUNTIME_DIR", runtime.path().string()},
+                               {"PULSE_SERVER", "unix:" + (configHome.path() / "no-sound-server").string()},
+                               {"LANGUAGE", "en"}};
+        return options;
+    }
+
+    TemporaryDirectory configHome;
+    TemporaryDirectory runtime;
+    std::filesystem::path settingsFile;
+    PlistFileStore store{settingsFile};
+    UserDefaults defaults{store};
+};
+
+TEST_F(DisplayX11Test, MonitorsAreListedWithOutputIdsAndSyntheticIds) {
+    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+    X11ScreenSystem screens(connection);
+    const std::vector<SystemScreen> listed = screens.screens();
+    ASSERT_EQ(listed.size(), 2u);
+    EXPECT_EQ(listed[0].number, std::int64_t{leftDisplayId()});
+    EXPECT_EQ(listed[0].name, "LEFT");
+    EXPECT_EQ(listed[0].frame, (ScreenFrame{0, 0, 1920, 1080}));
+    ASSERT_TRUE(listed[1].number.has_value());
+    EXPECT_NE(*listed[1].number & kSyntheticIdBit, 0);
+    EXPECT_EQ(listed[1].name, "RIGHT");
+    EXPECT_EQ(listed[1].frame, (ScreenFrame{1920, 0, 1280, 1024}));
+    EXPECT_TRUE(screens.isActive(leftDisplayId()));
+    // The synthetic id stays the same while the server runs.
+    EXPECT_EQ(screens.screens()[1].number, listed[1].number);
+    xcb_disconnect(connection);
+}
+
+TEST_F(DisplayX11Test, EdidMonitorNameWinsAndIdentifiesTheDisplay) {
+    const std::vector<std::uint8_t> edid = syntheticEdid("VANTLE 27Q", 42);
+    setOutputEdid(edid);
+    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+    X11ScreenSystem screens(connection);
+    EXPECT_EQ(screens.screens()[0].name, "VANTLE 27Q");
+    const std::vector<DisplayIdentity> identities = screens.identities();
+    ASSERT_EQ(identities.size(), 2u);
+    EXPECT_EQ(identities[0].edid, edid);
+    EXPECT_EQ(identities[0].connector, "screen");
+    EXPECT_TRUE(identities[1].edid.empty());
+    xcb_disconnect(connection);
+}
+
+TEST_F(DisplayX11Test, WithoutCompositorTheGammaRampDimsAndComesBack) {
+    softwareBrightness(true);
+    auto displays = backends();
+    Brightness& brightness = displays->brightness();
+    ASSERT_EQ(brightness.screens().size(), 2u);
+    ASSERT_TRUE(brightness.write(leftDisplayId(), 0.5f));
+    // 0.15 + 0.85 × 0.5 of full scale.
+    EXPECT_NEAR(gammaTop(), 65535 * 0.575, 2);
+    EXPECT_TRUE(visibleShades().empty());
+    EXPECT_EQ(brightness.read(leftDisplayId()), 0.5f);
+    ASSERT_TRUE(brightness.write(leftDisplayId(), 1.0f));
+    EXPECT_EQ(gammaTop(), 65535);
+    EXPECT_EQ(brightness.shades().count(leftDisplayId()), 1u);
+}
+
+TEST_F(DisplayX11Test, WithoutCompositorAMonitorWithoutItsOwnOutputCannotBeDimmed) {
+    softwareBrightness(true);
+    auto displays = backends();
+    Brightness& brightness = displays->brightness();
+    const std::uint32_t right = brightness.screens()[1].id;
+    EXPECT_FALSE(brightness.write(right, 0.5f));
+    EXPECT_TRUE(visibleShades().empty());
+    EXPECT_EQ(gammaTop(), 65535);
+}
+
+TEST_F(DisplayX11Test, QuittingPutsTheRampBack) {
+    softwareBrightness(true);
+    {
+        auto displays = backends();
+        ASSERT_TRUE(displays->brightness().write(leftDisplayId(), 0.2f));
+        EXPECT_LT(gammaTop(), 65535 * 0.4);
+    }
+    EXPECT_EQ(gammaTop(), 65535);
+}
+
+TEST_F(DisplayX11Test, WithCompositorATranslucentWindowCoversTheScreen) {
+    startCompositor();
+    softwareBrightness(true);
+    auto displays = backends();
+    Brightness& brightness = displays->brightness();
+    const std::uint32_t right = brightness.screens()[1].id;
+    ASSERT_TRUE(brightness.write(right, 0.5f));
+    std::vector<QWidget*> shades = visibleShades();
+    ASSERT_EQ(shades.size(), 1u);
+    EXPECT_EQ(shades[0]->geometry(), QRect(1920, 0, 1280, 1024));
+    EXPECT_NEAR(shades[0]->windowOpacity(), 0.425, 0.01);
+    EXPECT_TRUE(shades[0]->testAttribute(Qt::WA_TransparentForMouseEvents));
+    EXPECT_TRUE(shades[0]->windowFlags().testFlag(Qt::WindowTransparentForInput));
+    EXPECT_TRUE(shades[0]->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_EQ(gammaTop(), 65535);
+    // Level 1 takes the window off the screen but keeps it.
+    ASSERT_TRUE(brightness.write(right, 1.0f));
+    EXPECT_TRUE(visibleShades().empty());
+    EXPECT_EQ(brightness.shades().count(right), 1u);
+}
+
+TEST_F(DisplayX11Test, MonitorRemovedWhileDimmedLosesItsShade) {
+    startCompositor();
+    softwareBrightness(true);
+    auto displays = backends();
+    Brightness& brightness = displays->brightness();
+    RecordingMessageLine messages;
+    BrightnessControl control(brightness, defaults, messages, [] {});
+    const std::uint32_t left = leftDisplayId();
+    const std::uint32_t right = brightness.screens()[1].id;
+    ASSERT_TRUE(brightness.write(left, 0.4f));
+    ASSERT_TRUE(brightness.write(right, 0.6f));
+    EXPECT_EQ(visibleShades().size(), 2u);
+    run("/usr/bin/xrandr", {"--delmonitor", "RIGHT"});
+    control.screensChanged();
+    EXPECT_EQ(brightness.shades().count(right), 0u);
+    EXPECT_EQ(brightness.softwareLevels().count(right), 0u);
+    EXPECT_EQ(brightness.softwareLevels().at(left), 0.4f);
+    EXPECT_EQ(visibleShades().size(), 1u);
+}
+
+TEST_F(DisplayX11Test, GammaIsPutBackAtTheNextStartAfterTheProcessWasKilled) {
+    softwareBrightness(true);
+    {
+        RunningChild dimming(BRIGHTNESS_COMMAND, {std::to_string(leftDisplayId()), "0.3"}, childOptions());
+        for (int attempt = 0; attempt < 200 && gammaTop() == 65535; ++attempt) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(25));
+        }
+        dimming.killAndWait(SIGKILL);
+    }
+    EXPECT_NEAR(gammaTop(), 65535 * (0.15 + 0.85 * 0.3), 2);
+    const ChildResult next = runChild(VANTLE_PROGRAM, {"--diagnose"}, childOptions());
+    EXPECT_EQ(next.exitStatus, 0) << next.standardError;
+    EXPECT_EQ(gammaTop(), 65535);
+}
+
+TEST_F(DisplayX11Test, DiagnoseListsBothDisplays) {
+    const ChildResult off = runChild(VANTLE_PROGRAM, {"--diagnose"}, childOptions());
+    EXPECT_EQ(off.exitStatus, 0) << off.standardError;
+    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+    const std::string rightId = std::to_string(*X11ScreenSystem(connection).screens()[1].number);
+    xcb_disconnect(connection);
+    const std::string left = std::to_string(leftDisplayId());
+    EXPECT_EQ(off.standardOutput, "DISPLAY " + left + " LEFT brightness=nil\nDISPLAY " + rightId +
+                                      " RIGHT brightness=nil\n");
+    softwareBrightness(true);
+    const ChildResult on = runChild(VANTLE_PROGRAM, {"--diagnose"}, childOptions());
+    EXPECT_EQ(on.standardOutput, "DISPLAY " + left + " LEFT brightness=Optional(1.0)\nDISPLAY " + rightId +
+                                     " RIGHT brightness=Optional(1.0)\n");
+}
+
+TEST_F(DisplayX11Test, VerifyControlsWithoutCompositorFailsOnTheMonitorItCannotDim) {
+    softwareBrightness(true);
+    const ChildResult result = runChild(VANTLE_PROGRAM, {"--verify-controls"}, childOptions());
+    EXPECT_EQ(result.exitStatus, 1);
+    const std::string left = std::to_string(leftDisplayId());
+    EXPECT_TRUE(result.standardOutput.starts_with("BRIGHTNESS write/read unchanged " + left + ": true\n"))
+        << result.standardOutput;
+    EXPECT_NE(result.standardOutput.find(": false\n"), std::string::npos) << result.standardOutput;
+}
+
+TEST_F(DisplayX11Test, VerifyControlsWithCompositorPassesOnBothDisplays) {
+    startCompositor();
+    softwareBrightness(true);
+    const ChildResult result = runChild(VANTLE_PROGRAM, {"--verify-controls"}, childOptions());
+    EXPECT_EQ(result.exitStatus, 0) << result.standardOutput << result.standardError;
+    EXPECT_EQ(std::count(result.standardOutput.begin(), result.standardOutput.end(), '\n'), 2);
+    EXPECT_EQ(result.standardOutput.find("false"), std::string::npos);
+}
+
+TEST_F(DisplayX11Test, SoftwareOffMeansNoLinesAndAFailedRoundTrip) {
+    const ChildResult result = runChild(VANTLE_PROGRAM, {"--verify-controls"}, childOptions());
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.standardOutput, "");
+}
+
+}  // namespace
+}  // namespace vantle::testing
