@@ -7,6 +7,7 @@
 
 #include "app/display_backends.h"
 #include "display/backlight/backlight_linux.h"
+#include "display/ddc/ddc_linux.h"
 #include "display/gamma_shade_x11.h"
 #include "display/native_chain.h"
 #include "display/screens_x11.h"
@@ -74,7 +75,7 @@ public:
           screens_(connection_),
           savedRamps_(savedRampDirectory(), std::getenv("DISPLAY")),
           shades_(connection_, screens_, savedRamps_),
-          brightness_(chainNativeControls({&backlight_}), screens_, shades_, defaults, argumentList(argc, argv)) {
+          brightness_(chainNativeControls({&backlight_, &ddc_}), screens_, shades_, defaults, argumentList(argc, argv)) {
         restoreSavedGammaRamps(connection_, screens_, savedRamps_);
         matchNativeControls();
     }
@@ -85,7 +86,19 @@ public:
 
     Brightness& brightness() override { return brightness_; }
     bool hasWindowSystem() const override { return true; }
-    void matchNativeControls() override { backlight_.updateDisplays(screens_.identities()); }
+    // Built-in panels first; the monitor control gets the displays no backlight drives, so that
+    // it loads its library only when an external monitor is there.
+    void matchNativeControls() override {
+        const std::vector<DisplayIdentity> identities = screens_.identities();
+        backlight_.updateDisplays(identities);
+        std::vector<DisplayIdentity> external;
+        for (const DisplayIdentity& identity : identities) {
+            if (!backlight_.get(identity.displayId)) {
+                external.push_back(identity);
+            }
+        }
+        ddc_.updateDisplays(external);
+    }
 
 private:
     std::unique_ptr<QApplication> application_;
@@ -94,6 +107,7 @@ private:
     SavedGammaRamps savedRamps_;
     LinuxShadeFactory shades_;
     BacklightBrightness backlight_;
+    ddc::DdcBrightness ddc_;
     Brightness brightness_;
 };
 

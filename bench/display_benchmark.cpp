@@ -1,0 +1,116 @@
+// Brightness on a private Xvfb started by this program: listing and reading six displays with
+// no monitor control (the cost paid at every refresh), and a brightness step on two displays
+// dimmed in software, with a compositor so that both are covered by translucent windows.
+#include <benchmark/benchmark.h>
+
+#include <unistd.h>
+
+#include <QApplication>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "app/display_backends.h"
+#include "display/brightness_control.h"
+#include "services/testing/memory_defaults_store.h"
+
+namespace vantle {
+namespace {
+
+class SilentMessageLine final : public MessageLine {
+public:
+    void report(const std::string&) override {}
+};
+
+int shell(const std::string& command) {
+    return std::system(command.c_str());
+}
+
+class PrivateXServer {
+public:
+    PrivateXServer() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "vantle-bench-XXXXXX").string();
+        folder_ = ::mkdtemp(pattern.data());
+        if (shell("bash " VANTLE_X_SERVER_SCRIPT " start " + folder_) != 0) {
+            std::abort();
+        }
+        std::ifstream number(folder_ + "/display");
+        std::string display;
+        number >> display;
+        ::setenv("DISPLAY", (":" + display).c_str(), 1);
+    }
+    ~PrivateXServer() {
+        shell("pkill -f '^xcompmgr' >/dev/null 2>&1");
+        shell("bash " VANTLE_X_SERVER_SCRIPT " stop " + folder_);
+        std::filesystem::remove_all(folder_);
+    }
+
+private:
+    std::string folder_;
+};
+
+struct Fixture {
+    Fixture() : defaults(store) {
+        static int argc = 1;
+        static char name[] = "display_benchmark";
+        static char* argv[] = {name, nullptr};
+        backends = DisplayBackends::create(argc, argv, defaults);
+    }
+    PrivateXServer server;
+    testing::MemoryDefaultsStore store;
+    UserDefaults defaults;
+    std::unique_ptr<DisplayBackends> backends;
+};
+
+Fixture& fixture() {
+    static Fixture instance;
+    return instance;
+}
+
+void screensAndReadOverSixDisplays(benchmark::State& state) {
+    Fixture& f = fixture();
+    // Four more monitors beside the two of the private server, none with an output of its own.
+    for (int index = 0; index < 4; ++index) {
+        shell("xrandr --setmonitor EXTRA" + std::to_string(index) + " 640/169x480/127+" + std::to_string(index * 640) +
+              "+1080 none >/dev/null 2>&1");
+    }
+    std::size_t count = 0;
+    for (auto _ : state) {
+        const std::vector<DisplayEntry> screens = f.backends->brightness().screens();
+        count = screens.size();
+        for (const DisplayEntry& screen : screens) {
+            benchmark::DoNotOptimize(f.backends->brightness().read(screen.id));
+        }
+    }
+    state.counters["displays"] = static_cast<double>(count);
+    for (int index = 0; index < 4; ++index) {
+        shell("xrandr --delmonitor EXTRA" + std::to_string(index) + " >/dev/null 2>&1");
+    }
+}
+BENCHMARK(screensAndReadOverSixDisplays)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly(true);
+
+void softwareStepOnTwoDisplays(benchmark::State& state) {
+    Fixture& f = fixture();
+    shell("xcompmgr >/dev/null 2>&1 & sleep 0.5");
+    f.defaults.set("softwareBrightness", true);
+    SilentMessageLine messages;
+    BrightnessControl control(f.backends->brightness(), f.defaults, messages, [] {});
+    float delta = -0.0625f;
+    for (auto _ : state) {
+        control.adjustBrightness(delta);
+        QApplication::processEvents();
+        if (f.backends->brightness().read(f.backends->brightness().screens()[0].id) <= 0.2f) {
+            delta = 0.0625f;
+        } else if (f.backends->brightness().read(f.backends->brightness().screens()[0].id) >= 0.9f) {
+            delta = -0.0625f;
+        }
+    }
+    state.counters["shades"] = static_cast<double>(f.backends->brightness().shades().size());
+}
+BENCHMARK(softwareStepOnTwoDisplays)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly(true);
+
+}  // namespace
+}  // namespace vantle
+
+BENCHMARK_MAIN();
