@@ -18,6 +18,11 @@
 namespace vantle {
 namespace {
 
+class NoWorkspace final : public Workspace {
+public:
+    bool openSettings(SettingsPlace) override { return false; }
+};
+
 class SilentMessageLine final : public MessageLine {
 public:
     void report(const std::string&) override {}
@@ -95,14 +100,18 @@ void softwareStepOnTwoDisplays(benchmark::State& state) {
     shell("xcompmgr >/dev/null 2>&1 & sleep 0.5");
     f.defaults.set("softwareBrightness", true);
     SilentMessageLine messages;
-    BrightnessControl control(f.backends->brightness(), f.defaults, messages, [] {});
+    NoWorkspace workspace;
+    BrightnessControl control(f.backends->brightness(), f.defaults, messages, workspace, [] {});
     float delta = -0.0625f;
     for (auto _ : state) {
         control.adjustBrightness(delta);
+        // What the program's event loop does next: hand the windows' changes to the X server.
         QApplication::processEvents();
-        if (f.backends->brightness().read(f.backends->brightness().screens()[0].id) <= 0.2f) {
+        // Back and forth between 20 % and 90 %, so that the shades stay on the screen.
+        const float level = f.backends->brightness().softwareLevels().begin()->second;
+        if (level <= 0.2f) {
             delta = 0.0625f;
-        } else if (f.backends->brightness().read(f.backends->brightness().screens()[0].id) >= 0.9f) {
+        } else if (level >= 0.9f) {
             delta = -0.0625f;
         }
     }

@@ -49,6 +49,8 @@ public:
     const std::map<std::uint32_t, std::unique_ptr<ShadePanel>>& shades() const { return shades_; }
     const std::map<std::uint32_t, float>& softwareLevels() const { return softwareLevels_; }
     bool hasNativeGetter() const { return static_cast<bool>(native_.get); }
+    // For commands over several displays: see ScreenSnapshotScope.
+    ScreenSystem& screenSystem() { return screenSystem_; }
 
 private:
     std::optional<SystemScreen> systemScreen(std::uint32_t display);

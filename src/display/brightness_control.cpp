@@ -47,6 +47,7 @@ std::optional<float> parsePercentage(std::string_view text) {
 }
 
 void BrightnessControl::adjustBrightness(float delta) {
+    ScreenSnapshotScope snapshot(brightness_.screenSystem());
     const std::vector<DisplayEntry> screens = brightness_.screens();
     if (screens.empty() || screens.size() > ControlPlan::limit) {
         show("s103");
@@ -103,6 +104,7 @@ void BrightnessControl::softwareChanged(bool on) {
 }
 
 void BrightnessControl::screensChanged() {
+    ScreenSnapshotScope snapshot(brightness_.screenSystem());
     std::set<std::uint32_t> current;
     for (const DisplayEntry& screen : brightness_.screens()) {
         current.insert(screen.id);
@@ -120,6 +122,14 @@ void BrightnessControl::screensChanged() {
     for (const auto& [display, level] : levels) {
         brightness_.write(display, level);
     }
+}
+
+void BrightnessControl::openDisplaySettings() {
+    workspace_.openSettings(SettingsPlace::Displays);
+}
+
+void BrightnessControl::openMIDI() {
+    workspace_.openSettings(SettingsPlace::Sound);
 }
 
 void BrightnessControl::show(const char* key) {

@@ -7,6 +7,7 @@
 
 #include "display/brightness.h"
 #include "services/user_defaults.h"
+#include "services/workspace.h"
 #include "ui/message_line.h"
 
 namespace vantle {
@@ -16,9 +17,13 @@ namespace vantle {
 // and, except where it stops early, a refresh of the controls. Main thread only.
 class BrightnessControl {
 public:
-    BrightnessControl(Brightness& brightness, UserDefaults& defaults, MessageLine& messages,
+    BrightnessControl(Brightness& brightness, UserDefaults& defaults, MessageLine& messages, Workspace& workspace,
                       std::function<void()> refresh)
-        : brightness_(brightness), defaults_(defaults), messages_(messages), refresh_(std::move(refresh)) {}
+        : brightness_(brightness),
+          defaults_(defaults),
+          messages_(messages),
+          workspace_(workspace),
+          refresh_(std::move(refresh)) {}
 
     // A relative step on every display, linked or not as the "linked" setting says.
     void adjustBrightness(float delta);
@@ -32,6 +37,10 @@ public:
     // The screen configuration changed: displays that are gone lose their shade and level, the
     // others' shades are laid again over their screens' current frames.
     void screensChanged();
+    // The desktop's display settings.
+    void openDisplaySettings();
+    // Where outputs are combined: the desktop's sound settings.
+    void openMIDI();
 
 private:
     void show(const char* key);
@@ -39,6 +48,7 @@ private:
     Brightness& brightness_;
     UserDefaults& defaults_;
     MessageLine& messages_;
+    Workspace& workspace_;
     std::function<void()> refresh_;
 };
 

@@ -19,6 +19,15 @@ public:
     std::vector<std::string> reports;
 };
 
+class RecordingWorkspace final : public Workspace {
+public:
+    bool openSettings(SettingsPlace place) override {
+        opened.push_back(place);
+        return true;
+    }
+    std::vector<SettingsPlace> opened;
+};
+
 class BrightnessControlTest : public ::testing::Test {
 protected:
     BrightnessControlTest() { defaults.registerDefaults({{"linked", true}}); }
@@ -32,8 +41,9 @@ protected:
     FakeNativeBrightness native;
     Brightness brightness{native.functions(), screenSystem, shadeFactory, defaults, {}};
     RecordingMessageLine messages;
+    RecordingWorkspace workspace;
     int refreshes = 0;
-    BrightnessControl control{brightness, defaults, messages, [this] { ++refreshes; }};
+    BrightnessControl control{brightness, defaults, messages, workspace, [this] { ++refreshes; }};
 };
 
 TEST_F(BrightnessControlTest, LinkedStepBringsEveryDisplayToTheFirstLevel) {
@@ -172,6 +182,12 @@ TEST_F(BrightnessControlTest, UnpluggedDimmedDisplayLosesItsShadeAndTheOthersAre
     EXPECT_TRUE(shadeFactory.latest(2).destroyed);
     EXPECT_EQ(shadeFactory.latest(1).frame, (ScreenFrame{0, 0, 2560, 1440}));
     EXPECT_EQ(brightness.softwareLevels().at(1), 0.3f);
+}
+
+TEST_F(BrightnessControlTest, SettingsButtonsOpenTheDesktopsDisplayAndSoundSettings) {
+    control.openDisplaySettings();
+    control.openMIDI();
+    EXPECT_EQ(workspace.opened, (std::vector<SettingsPlace>{SettingsPlace::Displays, SettingsPlace::Sound}));
 }
 
 }  // namespace

@@ -33,6 +33,24 @@ public:
     virtual std::vector<SystemScreen> screens() = 0;
     // Whether the display is switched on and shows a picture.
     virtual bool isActive(std::uint32_t display) = 0;
+
+    // Between these calls the window system may answer every listing from one reading taken at
+    // the start, so that a command over several displays asks the window system once. Scopes
+    // nest; only the outermost counts. Outside a scope every listing reads afresh.
+    virtual void beginSnapshot() {}
+    virtual void endSnapshot() {}
+};
+
+// Holds a listing scope open for the lifetime of the object.
+class ScreenSnapshotScope {
+public:
+    explicit ScreenSnapshotScope(ScreenSystem& screens) : screens_(screens) { screens_.beginSnapshot(); }
+    ~ScreenSnapshotScope() { screens_.endSnapshot(); }
+    ScreenSnapshotScope(const ScreenSnapshotScope&) = delete;
+    ScreenSnapshotScope& operator=(const ScreenSnapshotScope&) = delete;
+
+private:
+    ScreenSystem& screens_;
 };
 
 }  // namespace vantle

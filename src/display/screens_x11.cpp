@@ -24,50 +24,35 @@ ReplyPtr<Reply> own(Reply* reply) {
 
 constexpr std::uint32_t kSyntheticIdBit = 0x80000000u;
 
-std::string atomName(xcb_connection_t* connection, xcb_atom_t atom) {
-    auto reply = own(xcb_get_atom_name_reply(connection, xcb_get_atom_name(connection, atom), nullptr));
-    if (!reply) {
-        return {};
-    }
-    return std::string(xcb_get_atom_name_name(reply.get()),
-                       static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get())));
-}
-
-xcb_atom_t internAtom(xcb_connection_t* connection, const char* name, bool onlyIfExists) {
-    auto reply = own(xcb_intern_atom_reply(
-        connection, xcb_intern_atom(connection, onlyIfExists ? 1 : 0, static_cast<std::uint16_t>(std::strlen(name)), name),
-        nullptr));
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-}
-
-std::vector<std::uint8_t> outputEdid(xcb_connection_t* connection, xcb_randr_output_t output, xcb_atom_t edidAtom) {
-    if (edidAtom == XCB_ATOM_NONE) {
-        return {};
-    }
-    auto reply = own(xcb_randr_get_output_property_reply(
-        connection,
-        xcb_randr_get_output_property(connection, output, edidAtom, XCB_ATOM_INTEGER, 0, 256, 0, 0), nullptr));
-    if (!reply || reply->format != 8) {
-        return {};
-    }
-    const std::uint8_t* data = xcb_randr_get_output_property_data(reply.get());
-    return std::vector<std::uint8_t>(data, data + xcb_randr_get_output_property_data_length(reply.get()));
-}
-
 }  // namespace
 
 X11ScreenSystem::X11ScreenSystem(xcb_connection_t* connection) : connection_(connection) {
     const xcb_setup_t* setup = xcb_get_setup(connection_);
     root_ = xcb_setup_roots_iterator(setup).data->root;
-    edidAtom_ = internAtom(connection_, "EDID", true);
 }
 
 std::vector<X11ScreenSystem::Monitor> X11ScreenSystem::readMonitors() {
-    auto reply = own(xcb_randr_get_monitors_reply(connection_, xcb_randr_get_monitors(connection_, root_, 0), nullptr));
+    // Every request goes out before the first reply is awaited, so that a listing costs at most
+    // two waits on the server however many monitors there are: it runs at every brightness
+    // write. The outputs' details change only with the server's configuration timestamp, so
+    // while that stays the same they are taken from the last listing and one wait is enough.
+    const char* edidName = "EDID";
+    const xcb_intern_atom_cookie_t edidCookie =
+        xcb_intern_atom(connection_, 1, static_cast<std::uint16_t>(std::strlen(edidName)), edidName);
+    const xcb_randr_get_monitors_cookie_t allCookie = xcb_randr_get_monitors(connection_, root_, 0);
+    const xcb_randr_get_monitors_cookie_t activeCookie = xcb_randr_get_monitors(connection_, root_, 1);
+    if (auto edid = own(xcb_intern_atom_reply(connection_, edidCookie, nullptr))) {
+        edidAtom_ = edid->atom;
+    }
+    auto reply = own(xcb_randr_get_monitors_reply(connection_, allCookie, nullptr));
+    auto active = own(xcb_randr_get_monitors_reply(connection_, activeCookie, nullptr));
     if (!reply) {
         return {};
     }
-    auto active = own(xcb_randr_get_monitors_reply(connection_, xcb_randr_get_monitors(connection_, root_, 1), nullptr));
+    if (reply->timestamp != detailsTimestamp_) {
+        outputDetails_.clear();
+        detailsTimestamp_ = reply->timestamp;
+    }
     std::set<xcb_atom_t> activeNames;
     if (active) {
         for (auto it = xcb_randr_get_monitors_monitors_iterator(active.get()); it.rem > 0;
@@ -86,50 +71,110 @@ std::vector<X11ScreenSystem::Monitor> X11ScreenSystem::readMonitors() {
         }
     }
 
-    std::vector<Monitor> monitors;
+    struct Pending {
+        Monitor monitor;
+        xcb_atom_t nameAtom = XCB_ATOM_NONE;
+        std::optional<xcb_get_atom_name_cookie_t> nameCookie;
+        std::optional<xcb_randr_get_output_info_cookie_t> outputCookie;
+        std::optional<xcb_randr_get_output_property_cookie_t> edidCookie;
+    };
+    std::vector<Pending> pending;
     for (auto it = xcb_randr_get_monitors_monitors_iterator(reply.get()); it.rem > 0;
          xcb_randr_monitor_info_next(&it)) {
         const xcb_randr_monitor_info_t* info = it.data;
-        Monitor monitor;
-        const std::string monitorName = atomName(connection_, info->name);
-        monitor.screen.frame = {info->x, info->y, info->width, info->height};
-        monitor.active = activeNames.count(info->name) != 0;
+        Pending next;
+        next.nameAtom = info->name;
+        next.monitor.screen.frame = {info->x, info->y, info->width, info->height};
+        next.monitor.active = activeNames.count(info->name) != 0;
+        // A name atom keeps its text for the life of the server.
+        if (atomNames_.count(info->name) == 0) {
+            next.nameCookie = xcb_get_atom_name(connection_, info->name);
+        }
         const xcb_randr_output_t* outputs = xcb_randr_monitor_info_outputs(info);
-        const bool ownOutput =
-            xcb_randr_monitor_info_outputs_length(info) >= 1 && outputs[0] != XCB_NONE && outputUse[outputs[0]] == 1;
-        if (ownOutput) {
-            monitor.id = outputs[0];
-            monitor.output.output = outputs[0];
-            auto outputInfo = own(xcb_randr_get_output_info_reply(
-                connection_, xcb_randr_get_output_info(connection_, outputs[0], XCB_CURRENT_TIME), nullptr));
-            if (outputInfo) {
-                monitor.output.crtc = outputInfo->crtc;
-                monitor.active = monitor.active || outputInfo->crtc != XCB_NONE;
-                monitor.identity.connector =
+        if (xcb_randr_monitor_info_outputs_length(info) >= 1 && outputs[0] != XCB_NONE && outputUse[outputs[0]] == 1) {
+            next.monitor.id = outputs[0];
+            next.monitor.output.output = outputs[0];
+            if (outputDetails_.count(outputs[0]) == 0) {
+                next.outputCookie = xcb_randr_get_output_info(connection_, outputs[0], XCB_CURRENT_TIME);
+                if (edidAtom_ != XCB_ATOM_NONE) {
+                    next.edidCookie = xcb_randr_get_output_property(connection_, outputs[0], edidAtom_,
+                                                                    XCB_ATOM_INTEGER, 0, 256, 0, 0);
+                }
+            }
+        } else {
+            next.monitor.id = kSyntheticIdBit | (info->name & ~kSyntheticIdBit);
+        }
+        pending.push_back(std::move(next));
+    }
+
+    std::vector<Monitor> monitors;
+    for (Pending& next : pending) {
+        Monitor& monitor = next.monitor;
+        if (next.nameCookie) {
+            if (auto name = own(xcb_get_atom_name_reply(connection_, *next.nameCookie, nullptr))) {
+                atomNames_[next.nameAtom] = std::string(xcb_get_atom_name_name(name.get()),
+                                                        static_cast<std::size_t>(xcb_get_atom_name_name_length(name.get())));
+            }
+        }
+        if (next.outputCookie) {
+            OutputDetails details;
+            if (auto outputInfo = own(xcb_randr_get_output_info_reply(connection_, *next.outputCookie, nullptr))) {
+                details.crtc = outputInfo->crtc;
+                details.connector =
                     std::string(reinterpret_cast<const char*>(xcb_randr_get_output_info_name(outputInfo.get())),
                                 static_cast<std::size_t>(xcb_randr_get_output_info_name_length(outputInfo.get())));
-                monitor.output.name = monitor.identity.connector;
             }
-            monitor.identity.edid = outputEdid(connection_, outputs[0], edidAtom_);
-        } else {
-            monitor.id = kSyntheticIdBit | (info->name & ~kSyntheticIdBit);
+            if (next.edidCookie) {
+                auto edid = own(xcb_randr_get_output_property_reply(connection_, *next.edidCookie, nullptr));
+                if (edid && edid->format == 8) {
+                    const std::uint8_t* data = xcb_randr_get_output_property_data(edid.get());
+                    details.edid.assign(data, data + xcb_randr_get_output_property_data_length(edid.get()));
+                }
+            }
+            outputDetails_[monitor.output.output] = std::move(details);
+        }
+        if (auto details = outputDetails_.find(monitor.output.output);
+            monitor.output.output != 0 && details != outputDetails_.end()) {
+            monitor.output.crtc = details->second.crtc;
+            monitor.output.name = details->second.connector;
+            monitor.active = monitor.active || details->second.crtc != XCB_NONE;
+            monitor.identity.connector = details->second.connector;
+            monitor.identity.edid = details->second.edid;
         }
         monitor.identity.displayId = monitor.id;
         monitor.screen.number = monitor.id;
-        monitor.screen.name = edidMonitorName(monitor.identity.edid).value_or(monitorName);
+        auto atomName = atomNames_.find(next.nameAtom);
+        monitor.screen.name = edidMonitorName(monitor.identity.edid)
+                                  .value_or(atomName != atomNames_.end() ? atomName->second : std::string());
         monitors.push_back(std::move(monitor));
     }
     return monitors;
 }
 
 std::vector<SystemScreen> X11ScreenSystem::screens() {
-    std::vector<SystemScreen> result;
+    if (snapshotDepth_ > 0 && snapshotTaken_) {
+        return lastListing_;
+    }
+    lastListing_.clear();
     lastSeen_.clear();
     for (Monitor& monitor : readMonitors()) {
-        result.push_back(monitor.screen);
+        lastListing_.push_back(monitor.screen);
         lastSeen_[monitor.id] = std::move(monitor);
     }
-    return result;
+    snapshotTaken_ = snapshotDepth_ > 0;
+    return lastListing_;
+}
+
+void X11ScreenSystem::beginSnapshot() {
+    if (snapshotDepth_++ == 0) {
+        snapshotTaken_ = false;
+    }
+}
+
+void X11ScreenSystem::endSnapshot() {
+    if (snapshotDepth_ > 0 && --snapshotDepth_ == 0) {
+        snapshotTaken_ = false;
+    }
 }
 
 bool X11ScreenSystem::isActive(std::uint32_t display) {

@@ -27,6 +27,8 @@ public:
 
     std::vector<SystemScreen> screens() override;
     bool isActive(std::uint32_t display) override;
+    void beginSnapshot() override;
+    void endSnapshot() override;
 
     // EDID and connector of every listed display, for matching native controls.
     std::vector<DisplayIdentity> identities();
@@ -53,9 +55,23 @@ private:
 
     xcb_connection_t* connection_;
     std::uint32_t root_ = 0;
+    // Learnt at a listing: the atom exists only once some output has an EDID.
     std::uint32_t edidAtom_ = 0;
+    std::map<std::uint32_t, std::string> atomNames_;
+    // Per output: its CRTC, connector name and EDID, valid while the server's configuration
+    // timestamp stays detailsTimestamp_.
+    struct OutputDetails {
+        std::uint32_t crtc = 0;
+        std::string connector;
+        std::vector<std::uint8_t> edid;
+    };
+    std::map<std::uint32_t, OutputDetails> outputDetails_;
+    std::uint32_t detailsTimestamp_ = 0;
     // Activity and outputs as seen by the last listing, which isActive and outputOf answer from.
     std::map<std::uint32_t, Monitor> lastSeen_;
+    std::vector<SystemScreen> lastListing_;
+    int snapshotDepth_ = 0;
+    bool snapshotTaken_ = false;
 };
 
 }  // namespace vantle

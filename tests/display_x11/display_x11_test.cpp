@@ -20,6 +20,11 @@ namespace {
 
 constexpr std::uint32_t kSyntheticIdBit = 0x80000000u;
 
+class NoWorkspace final : public Workspace {
+public:
+    bool openSettings(SettingsPlace) override { return false; }
+};
+
 class RecordingMessageLine final : public MessageLine {
 public:
     void report(const std::string& text) override { reports.push_back(text); }
@@ -82,6 +87,19 @@ TEST_F(DisplayX11Test, MonitorsAreListedWithOutputIdsAndSyntheticIds) {
     EXPECT_TRUE(screens.isActive(leftDisplayId()));
     // The synthetic id stays the same while the server runs.
     EXPECT_EQ(screens.screens()[1].number, listed[1].number);
+    xcb_disconnect(connection);
+}
+
+TEST_F(DisplayX11Test, ListingInsideAScopeIsReadOnceAndAfreshOutsideIt) {
+    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+    X11ScreenSystem screens(connection);
+    {
+        ScreenSnapshotScope snapshot(screens);
+        EXPECT_EQ(screens.screens().size(), 2u);
+        run("/usr/bin/xrandr", {"--delmonitor", "RIGHT"});
+        EXPECT_EQ(screens.screens().size(), 2u);
+    }
+    EXPECT_EQ(screens.screens().size(), 1u);
     xcb_disconnect(connection);
 }
 
@@ -161,7 +179,8 @@ TEST_F(DisplayX11Test, MonitorRemovedWhileDimmedLosesItsShade) {
     auto displays = backends();
     Brightness& brightness = displays->brightness();
     RecordingMessageLine messages;
-    BrightnessControl control(brightness, defaults, messages, [] {});
+    NoWorkspace workspace;
+    BrightnessControl control(brightness, defaults, messages, workspace, [] {});
     const std::uint32_t left = leftDisplayId();
     const std::uint32_t right = brightness.screens()[1].id;
     ASSERT_TRUE(brightness.write(left, 0.4f));

@@ -10,8 +10,10 @@
 namespace vantle::pulse {
 namespace {
 
-// After a failed connection attempt, requests fail at once for this long rather than knock on a
-// dead or stuck server again on every call.
+// After a connection attempt that ran out of time, requests fail at once for this long rather
+// than wait on a stuck server again at every call. An attempt refused at once (no server is
+// listening) costs nothing, so it is tried again at the next call: a restarted server is then
+// used by the very next command.
 constexpr std::chrono::milliseconds kReconnectPause{250};
 
 }  // namespace
@@ -93,7 +95,9 @@ bool PulseConnection::ensureConnected(Clock::time_point deadline) {
         runUntil([&] { return pa_context_get_state(context_) == PA_CONTEXT_READY; }, deadline);
     if (!connected) {
         disconnect();
-        lastFailedAttempt_ = Clock::now();
+        if (Clock::now() >= deadline) {
+            lastFailedAttempt_ = Clock::now();
+        }
         return false;
     }
     lastFailedAttempt_.reset();

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace vantle {
+
+// Places of the desktop that the program sends the user to.
+enum class SettingsPlace {
+    Displays,  // resolution, arrangement and brightness of the displays
+    Sound,     // output devices, where combined outputs are made
+};
+
+// Opens things with the desktop's own applications. Calls return at once; what was opened goes
+// on running on its own.
+class Workspace {
+public:
+    virtual ~Workspace() = default;
+    // False when no settings application of this desktop could be started.
+    virtual bool openSettings(SettingsPlace place) = 0;
+};
+
+// The commands that open a settings place, best first: those of the desktop named by
+// XDG_CURRENT_DESKTOP (a colon-separated list, such as "ubuntu:GNOME"), then ones that work on
+// any desktop.
+std::vector<std::vector<std::string>> settingsCommands(const std::string& currentDesktop, SettingsPlace place);
+
+}  // namespace vantle
