@@ -1,9 +1,10 @@
 # Sourced by the run and test commands: starts a private X server and a private sound server in
 # a fresh folder, points DISPLAY and PULSE_SERVER at them, and stops both when the shell exits.
 #   start_private_servers [x] [sound]
+PRIVATE_SERVERS_SCRIPTS=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+
 start_private_servers() {
-  local scripts_dir
-  scripts_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+  local scripts_dir=$PRIVATE_SERVERS_SCRIPTS
   PRIVATE_SERVERS_DIR=$(mktemp -d "${TMPDIR:-/tmp}/vantle-servers-XXXXXX")
   trap stop_private_servers EXIT
   for server in "$@"; do
@@ -24,8 +25,7 @@ start_private_servers() {
 }
 
 stop_private_servers() {
-  local scripts_dir
-  scripts_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+  local scripts_dir=$PRIVATE_SERVERS_SCRIPTS
   [ -n "${PRIVATE_SERVERS_DIR:-}" ] || return 0
   [ -d "$PRIVATE_SERVERS_DIR/x" ] && bash "$scripts_dir/x-server.sh" stop "$PRIVATE_SERVERS_DIR/x" || true
   [ -d "$PRIVATE_SERVERS_DIR/sound" ] && bash "$scripts_dir/sound-server.sh" stop "$PRIVATE_SERVERS_DIR/sound" || true

@@ -22,4 +22,5 @@ echo "== Optimised build"
 build_and_test build/release
 echo "== Sanitizer build (address, undefined behaviour)"
 ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+  LSAN_OPTIONS=suppressions=$PWD/scripts/sanitizer-suppressions.txt:print_suppressions=0 \
   build_and_test build/sanitize -DVANTLE_SANITIZE=ON

@@ -3,26 +3,19 @@
 #include <xcb/xcb.h>
 
 #include <QGuiApplication>
-#include <QWidget>
+#include <QWindow>
 
 namespace vantle {
 
-ShadeWindow::ShadeWindow() : window_(std::make_unique<QWidget>()) {
+ShadeWindow::ShadeWindow() : window_(std::make_unique<QWindow>()) {
     // Above full-screen windows, never focused, and left alone by the window manager, so that it
     // covers the whole screen including panels and docks.
-    window_->setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
-                            Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus |
-                            Qt::X11BypassWindowManagerHint | Qt::NoDropShadowWindowHint);
-    window_->setAttribute(Qt::WA_ShowWithoutActivating);
-    window_->setAttribute(Qt::WA_TransparentForMouseEvents);
-    window_->setFocusPolicy(Qt::NoFocus);
-    // The X server fills the window with black itself; the toolkit never paints it, which would
-    // cost a full-screen image upload at every change of level.
-    window_->setAttribute(Qt::WA_NoSystemBackground);
-    window_->setAttribute(Qt::WA_OpaquePaintEvent);
-    window_->setAttribute(Qt::WA_PaintOnScreen);
-    window_->setWindowTitle(QStringLiteral("Vantle Control shade"));
-    window_->winId();
+    window_->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowTransparentForInput |
+                      Qt::WindowDoesNotAcceptFocus | Qt::X11BypassWindowManagerHint | Qt::NoDropShadowWindowHint);
+    window_->setTitle(QStringLiteral("Vantle Control shade"));
+    window_->create();
+    // A bare window that is never painted: the X server fills it with its background, black, so
+    // that no full-screen image is ever uploaded.
     if (auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
         const std::uint32_t black = 0;
         xcb_change_window_attributes(x11->connection(), static_cast<xcb_window_t>(window_->winId()), XCB_CW_BACK_PIXEL,
@@ -37,7 +30,7 @@ void ShadeWindow::setUp(const ScreenFrame& frame) {
 }
 
 void ShadeWindow::setAlpha(double alpha) {
-    window_->setWindowOpacity(alpha);
+    window_->setOpacity(alpha);
 }
 
 void ShadeWindow::orderOut() {

@@ -4,7 +4,7 @@
 
 #include "display/shade.h"
 
-class QWidget;
+class QWindow;
 
 namespace vantle {
 
@@ -21,10 +21,10 @@ public:
     void orderOut() override;
     void orderFrontRegardless() override;
 
-    QWidget* widget() const { return window_.get(); }
+    QWindow* window() const { return window_.get(); }
 
 private:
-    std::unique_ptr<QWidget> window_;
+    std::unique_ptr<QWindow> window_;
 };
 
 }  // namespace vantle

@@ -2,8 +2,8 @@
 #include <signal.h>
 #include <xcb/xcb.h>
 
-#include <QApplication>
-#include <QWidget>
+#include <QGuiApplication>
+#include <QWindow>
 #include <chrono>
 #include <thread>
 
@@ -45,12 +45,12 @@ protected:
     }
 
     // The shade windows Qt shows right now.
-    static std::vector<QWidget*> visibleShades() {
-        QApplication::processEvents();
-        std::vector<QWidget*> shades;
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (widget->isVisible() && widget->windowTitle() == "Vantle Control shade") {
-                shades.push_back(widget);
+    static std::vector<QWindow*> visibleShades() {
+        QGuiApplication::processEvents();
+        std::vector<QWindow*> shades;
+        for (QWindow* window : QGuiApplication::topLevelWindows()) {
+            if (window->isVisible() && window->title() == "Vantle Control shade") {
+                shades.push_back(window);
             }
         }
         return shades;
@@ -159,13 +159,13 @@ TEST_F(DisplayX11Test, WithCompositorATranslucentWindowCoversTheScreen) {
     Brightness& brightness = displays->brightness();
     const std::uint32_t right = brightness.screens()[1].id;
     ASSERT_TRUE(brightness.write(right, 0.5f));
-    std::vector<QWidget*> shades = visibleShades();
+    std::vector<QWindow*> shades = visibleShades();
     ASSERT_EQ(shades.size(), 1u);
     EXPECT_EQ(shades[0]->geometry(), QRect(1920, 0, 1280, 1024));
-    EXPECT_NEAR(shades[0]->windowOpacity(), 0.425, 0.01);
-    EXPECT_TRUE(shades[0]->testAttribute(Qt::WA_TransparentForMouseEvents));
-    EXPECT_TRUE(shades[0]->windowFlags().testFlag(Qt::WindowTransparentForInput));
-    EXPECT_TRUE(shades[0]->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_NEAR(shades[0]->opacity(), 0.425, 0.01);
+    EXPECT_TRUE(shades[0]->flags().testFlag(Qt::WindowTransparentForInput));
+    EXPECT_TRUE(shades[0]->flags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_TRUE(shades[0]->flags().testFlag(Qt::X11BypassWindowManagerHint));
     EXPECT_EQ(gammaTop(), 65535);
     // Level 1 takes the window off the screen but keeps it.
     ASSERT_TRUE(brightness.write(right, 1.0f));
