@@ -4,56 +4,34 @@
 // would, with one pactl command per device.
 #include <benchmark/benchmark.h>
 
-#include <unistd.h>
-
-#include <cstdlib>
-#include <filesystem>
 #include <string>
 
 #include "audio/output.h"
 #include "audio/pulse/audio_hal_pulse.h"
 #include "audio/volume_control.h"
 #include "services/testing/memory_defaults_store.h"
+#include "private_server.h"
+#include "ui/testing/recording_message_line.h"
 
 namespace vantle {
 namespace {
 
-class SilentMessageLine final : public MessageLine {
-public:
-    void report(const std::string&) override {}
-};
-
-int shell(const std::string& command) {
-    return std::system(command.c_str());
-}
-
 // One private server for the whole run, with the test devices plus one more sink: ten in all.
-class PrivateServer {
+class SoundServer {
 public:
-    PrivateServer() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vantle-bench-XXXXXX").string();
-        folder_ = ::mkdtemp(pattern.data());
-        if (shell("bash " VANTLE_SOUND_SERVER_SCRIPT " start " + folder_) != 0) {
-            std::abort();
-        }
-        server_ = "unix:" + folder_ + "/native";
-        ::setenv("PULSE_SERVER", server_.c_str(), 1);
+    SoundServer() : server_(VANTLE_SOUND_SERVER_SCRIPT) {
+        ::setenv("PULSE_SERVER", ("unix:" + server_.folder() + "/native").c_str(), 1);
         pactl("load-module module-null-sink sink_name=extra >/dev/null");
         pactl("set-default-sink nested");
     }
-    ~PrivateServer() {
-        shell("bash " VANTLE_SOUND_SERVER_SCRIPT " stop " + folder_);
-        std::filesystem::remove_all(folder_);
-    }
-    int pactl(const std::string& arguments) const { return shell("pactl " + arguments); }
+    int pactl(const std::string& arguments) const { return bench::shell("pactl " + arguments); }
 
 private:
-    std::string folder_;
-    std::string server_;
+    bench::PrivateServer server_;
 };
 
-PrivateServer& server() {
-    static PrivateServer instance;
+SoundServer& server() {
+    static SoundServer instance;
     return instance;
 }
 
@@ -77,7 +55,7 @@ void applyVolumeOnThreeLeafCombinedOutput(benchmark::State& state) {
     PulseAudioHal hal;
     testing::MemoryDefaultsStore store;
     UserDefaults defaults(store);
-    SilentMessageLine messages;
+    testing::RecordingMessageLine messages;
     VolumeControl control(hal, defaults, messages, [] {});
     if (control.devices().size() != 3) {
         state.SkipWithError("the default output is not the three-device combined output");

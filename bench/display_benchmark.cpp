@@ -3,8 +3,6 @@
 // dimmed in software, with a compositor so that both are covered by translucent windows.
 #include <benchmark/benchmark.h>
 
-#include <unistd.h>
-
 #include <QApplication>
 #include <cstdlib>
 #include <filesystem>
@@ -14,6 +12,8 @@
 #include "app/display_backends.h"
 #include "display/brightness_control.h"
 #include "services/testing/memory_defaults_store.h"
+#include "private_server.h"
+#include "ui/testing/recording_message_line.h"
 
 namespace vantle {
 namespace {
@@ -23,36 +23,20 @@ public:
     bool openSettings(SettingsPlace) override { return false; }
 };
 
-class SilentMessageLine final : public MessageLine {
-public:
-    void report(const std::string&) override {}
-};
-
-int shell(const std::string& command) {
-    return std::system(command.c_str());
-}
+using bench::shell;
 
 class PrivateXServer {
 public:
-    PrivateXServer() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vantle-bench-XXXXXX").string();
-        folder_ = ::mkdtemp(pattern.data());
-        if (shell("bash " VANTLE_X_SERVER_SCRIPT " start " + folder_) != 0) {
-            std::abort();
-        }
-        std::ifstream number(folder_ + "/display");
+    PrivateXServer() : server_(VANTLE_X_SERVER_SCRIPT) {
+        std::ifstream number(server_.folder() + "/display");
         std::string display;
         number >> display;
         ::setenv("DISPLAY", (":" + display).c_str(), 1);
     }
-    ~PrivateXServer() {
-        shell("pkill -f '^xcompmgr' >/dev/null 2>&1");
-        shell("bash " VANTLE_X_SERVER_SCRIPT " stop " + folder_);
-        std::filesystem::remove_all(folder_);
-    }
+    ~PrivateXServer() { shell("pkill -x xcompmgr >/dev/null 2>&1"); }
 
 private:
-    std::string folder_;
+    bench::PrivateServer server_;
 };
 
 struct Fixture {
@@ -99,7 +83,7 @@ void softwareStepOnTwoDisplays(benchmark::State& state) {
     Fixture& f = fixture();
     shell("xcompmgr >/dev/null 2>&1 & sleep 0.5");
     f.defaults.set("softwareBrightness", true);
-    SilentMessageLine messages;
+    testing::RecordingMessageLine messages;
     NoWorkspace workspace;
     BrightnessControl control(f.backends->brightness(), f.defaults, messages, workspace, [] {});
     float delta = -0.0625f;

@@ -8,17 +8,12 @@
 #include "audio/testing/fake_audio_hal.h"
 #include "localization/localization.h"
 #include "services/testing/memory_defaults_store.h"
+#include "ui/testing/recording_message_line.h"
 
 namespace vantle {
 namespace {
 
 using testing::FakeAudioHal;
-
-class RecordingMessageLine final : public MessageLine {
-public:
-    void report(const std::string& text) override { reports.push_back(text); }
-    std::vector<std::string> reports;
-};
 
 class VolumeControlTest : public ::testing::Test {
 protected:
@@ -56,7 +51,7 @@ protected:
     FakeAudioHal hal;
     testing::MemoryDefaultsStore store;
     UserDefaults defaults{store};
-    RecordingMessageLine messages;
+    testing::RecordingMessageLine messages;
     int refreshes = 0;
     VolumeControl control{hal, defaults, messages, [this] { ++refreshes; }};
 };

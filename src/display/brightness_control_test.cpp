@@ -5,6 +5,7 @@
 #include "display/testing/fake_displays.h"
 #include "localization/localization.h"
 #include "services/testing/memory_defaults_store.h"
+#include "ui/testing/recording_message_line.h"
 
 namespace vantle {
 namespace {
@@ -12,12 +13,6 @@ namespace {
 using testing::FakeNativeBrightness;
 using testing::FakeScreenSystem;
 using testing::FakeShadeFactory;
-
-class RecordingMessageLine final : public MessageLine {
-public:
-    void report(const std::string& text) override { reports.push_back(text); }
-    std::vector<std::string> reports;
-};
 
 class RecordingWorkspace final : public Workspace {
 public:
@@ -40,7 +35,7 @@ protected:
     UserDefaults defaults{store};
     FakeNativeBrightness native;
     Brightness brightness{native.functions(), screenSystem, shadeFactory, defaults, {}};
-    RecordingMessageLine messages;
+    testing::RecordingMessageLine messages;
     RecordingWorkspace workspace;
     int refreshes = 0;
     BrightnessControl control{brightness, defaults, messages, workspace, [this] { ++refreshes; }};

@@ -14,6 +14,7 @@
 #include "services/plist_file_store.h"
 #include "services/property_list_codec.h"
 #include "x_server_fixture.h"
+#include "ui/testing/recording_message_line.h"
 
 namespace vantle::testing {
 namespace {
@@ -23,12 +24,6 @@ constexpr std::uint32_t kSyntheticIdBit = 0x80000000u;
 class NoWorkspace final : public Workspace {
 public:
     bool openSettings(SettingsPlace) override { return false; }
-};
-
-class RecordingMessageLine final : public MessageLine {
-public:
-    void report(const std::string& text) override { reports.push_back(text); }
-    std::vector<std::string> reports;
 };
 
 class DisplayX11Test : public XServerTest {

@@ -17,17 +17,12 @@
 #include "sound_server_fixture.h"
 #include "support/child_process.h"
 #include "support/temporary_directory.h"
+#include "ui/testing/recording_message_line.h"
 
 namespace vantle::testing {
 namespace {
 
 constexpr float kTolerance = 0.005f;
-
-class RecordingMessageLine final : public MessageLine {
-public:
-    void report(const std::string& text) override { reports.push_back(text); }
-    std::vector<std::string> reports;
-};
 
 class VolumeControlPulseTest : public SoundServerTest {
 protected:

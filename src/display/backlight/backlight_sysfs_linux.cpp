@@ -1,5 +1,7 @@
 #include "display/backlight/backlight_sysfs_linux.h"
 
+#include "display/connector_name.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -92,7 +94,7 @@ std::vector<PanelConnector> readConnectedPanels(const std::filesystem::path& roo
         if (!isInternalConnectorName(sysfsName) || readWord(entry.path() / "status") != "connected") {
             continue;
         }
-        PanelConnector panel{sysfsName, withoutCardPrefix(sysfsName), {}, cardPathsOf(drmClass, sysfsName)};
+        PanelConnector panel{sysfsName, std::string(withoutCardPrefix(sysfsName)), {}, cardPathsOf(drmClass, sysfsName)};
         if (const std::optional<std::string> edid = readText(entry.path() / "edid")) {
             panel.edid.assign(edid->begin(), edid->end());
         }

@@ -5,17 +5,11 @@
 #include <cctype>
 #include <tuple>
 
+#include "display/connector_name.h"
+#include "display/edid.h"
+
 namespace vantle::backlight {
 namespace {
-
-// The base EDID block. Extension blocks may be missing from one source (some drivers expose only
-// the base block), and the base block alone already carries vendor, product and serial.
-constexpr std::size_t kEdidBlockSize = 128;
-
-bool sameBaseBlock(const std::vector<std::uint8_t>& left, const std::vector<std::uint8_t>& right) {
-    return left.size() >= kEdidBlockSize && right.size() >= kEdidBlockSize &&
-           std::equal(left.begin(), left.begin() + kEdidBlockSize, right.begin());
-}
 
 bool isUnder(const std::filesystem::path& path, const std::filesystem::path& folder) {
     if (path.empty() || folder.empty()) {
@@ -33,7 +27,7 @@ bool belongsToCard(const BacklightDevice& backlight, const PanelConnector& panel
 }  // namespace
 
 bool isInternalConnectorName(const std::string& sysfsName) {
-    const std::string connector = withoutCardPrefix(sysfsName);
+    const std::string connector(withoutCardPrefix(sysfsName));
     if (connector == sysfsName) {
         return false;
     }
@@ -42,26 +36,11 @@ bool isInternalConnectorName(const std::string& sysfsName) {
                        [&](std::string_view kind) { return connector.starts_with(kind); });
 }
 
-std::string withoutCardPrefix(const std::string& sysfsName) {
-    // The DRM class names a connector "card<N>-<connector>"; RandR uses only the connector part.
-    if (!sysfsName.starts_with("card")) {
-        return sysfsName;
-    }
-    std::size_t position = 4;
-    while (position < sysfsName.size() && std::isdigit(static_cast<unsigned char>(sysfsName[position])) != 0) {
-        ++position;
-    }
-    if (position == 4 || position >= sysfsName.size() || sysfsName[position] != '-') {
-        return sysfsName;
-    }
-    return sysfsName.substr(position + 1);
-}
-
 std::optional<PanelConnector> panelShowing(const DisplayIdentity& display,
                                            const std::vector<PanelConnector>& panels) {
     std::vector<const PanelConnector*> sameEdid;
     for (const PanelConnector& panel : panels) {
-        if (sameBaseBlock(display.edid, panel.edid)) {
+        if (sameMonitor(display.edid, panel.edid)) {
             sameEdid.push_back(&panel);
         }
     }

@@ -35,8 +35,6 @@ struct PanelConnector {
 
 // True for DRM connector names of built-in panels, such as "card0-eDP-1" or "card1-LVDS-1".
 bool isInternalConnectorName(const std::string& sysfsName);
-// "card0-eDP-1" becomes "eDP-1"; other names come back unchanged.
-std::string withoutCardPrefix(const std::string& sysfsName);
 
 // The panel connector showing the display: the one whose EDID starts with the same 128 bytes,
 // and when several do (two identical panels), the one of the display's connector. Empty when no

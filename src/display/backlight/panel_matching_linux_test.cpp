@@ -16,13 +16,6 @@ TEST(PanelMatchingTest, BuiltInConnectorKindsRecognised) {
     EXPECT_FALSE(isInternalConnectorName("renderD128"));
 }
 
-TEST(PanelMatchingTest, CardPrefixStrippedToTheRandrName) {
-    EXPECT_EQ(withoutCardPrefix("card0-eDP-1"), "eDP-1");
-    EXPECT_EQ(withoutCardPrefix("card10-HDMI-A-2"), "HDMI-A-2");
-    EXPECT_EQ(withoutCardPrefix("cardX-eDP-1"), "cardX-eDP-1");
-    EXPECT_EQ(withoutCardPrefix("card0"), "card0");
-}
-
 TEST(PanelMatchingTest, ShortEdidsMatchNothing) {
     const std::vector<std::uint8_t> shortEdid(64, 7);
     const std::vector<PanelConnector> panels{{"card0-eDP-1", "eDP-1", shortEdid, {}}};

@@ -14,9 +14,6 @@ struct DdcMatch {
     DdcDisplayInfo monitor;
 };
 
-// "card0-DP-1" names the same connector as RandR's "DP-1".
-std::string_view withoutCardPrefix(std::string_view drmConnector);
-
 // Pairs displays with DDC monitors by the first 128 bytes of their EDID. Where that leaves a
 // choice (two identical monitors), the connector decides; a display whose monitor still cannot
 // be told apart is left out, because driving the wrong monitor is worse than driving none.

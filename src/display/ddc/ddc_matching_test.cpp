@@ -19,14 +19,6 @@ std::vector<std::uint32_t> matchedIds(const std::vector<DdcMatch>& matches) {
     return ids;
 }
 
-TEST(DdcMatchingTest, CardPrefixIsStrippedFromDrmConnectorNames) {
-    EXPECT_EQ(withoutCardPrefix("card0-DP-1"), "DP-1");
-    EXPECT_EQ(withoutCardPrefix("card12-HDMI-A-2"), "HDMI-A-2");
-    EXPECT_EQ(withoutCardPrefix("DP-1"), "DP-1");
-    EXPECT_EQ(withoutCardPrefix("cardinal-1"), "cardinal-1");
-    EXPECT_EQ(withoutCardPrefix(""), "");
-}
-
 TEST(DdcMatchingTest, DisplaysMatchMonitorsByTheFirstEdidBlock) {
     auto longer = edid(2, 256);
     longer[200] = 0x55;  // Extension blocks do not take part.
