@@ -103,6 +103,15 @@ TEST_F(EntryPointTest, CorruptSettingsFileIsReportedAndTheCheckStillPasses) {
     EXPECT_FALSE(std::filesystem::exists(file));
 }
 
+TEST_F(EntryPointTest, WithoutAnXServerTheChecksSeeNoScreen) {
+    testing::ChildResult osd = run({"--verify-osd"});
+    EXPECT_EQ(osd.standardOutput, "FAIL: no OSD panels\n");
+    EXPECT_EQ(osd.exitStatus, 1);
+    testing::ChildResult controls = run({"--verify-controls"});
+    EXPECT_EQ(controls.standardOutput, "");
+    EXPECT_EQ(controls.exitStatus, 0);
+}
+
 TEST_F(EntryPointTest, NormalStartSaysPlainlyThatTheInterfaceIsMissing) {
     testing::ChildResult result = run({});
     EXPECT_EQ(result.exitStatus, 2);

@@ -32,10 +32,4 @@ int runVerifyControls(AudioHal& audio, Brightness& brightness, const UserDefault
     return volume.passed && display.passed ? 0 : 1;
 }
 
-// The on-screen display is not part of this build: there is no panel to check.
-int runVerifyOsd() {
-    std::printf("FAIL: no OSD panels\n");
-    return 1;
-}
-
 }  // namespace vantle

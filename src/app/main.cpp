@@ -45,7 +45,7 @@ int main(int argc, char** argv) {
         return vantle::runVerifyControls(audio, brightness, defaults);
     }
     case vantle::Mode::VerifyOsd:
-        return vantle::runVerifyOsd();
+        return vantle::runVerifyOsd(*displays);
     case vantle::Mode::LocalizationCheck:
     case vantle::Mode::NormalStart:
         break;

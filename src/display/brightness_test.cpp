@@ -125,7 +125,7 @@ TEST_F(BrightnessTest, DisplaysNamedAlikeAreNumberedInIdOrder) {
 TEST_F(BrightnessTest, InactiveAndUnnumberedScreensAreNotListed) {
     screenSystem.add(10, "On");
     screenSystem.add(11, "Off");
-    screenSystem.list.push_back(SystemScreen{std::nullopt, "No number", {}});
+    screenSystem.list.push_back(SystemScreen{std::nullopt, "No number", {}, std::nullopt});
     screenSystem.add(std::int64_t{1} << 33, "Too big");
     screenSystem.add(-4, "Negative");
     screenSystem.inactive.insert(11);

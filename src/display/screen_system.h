@@ -23,6 +23,8 @@ struct SystemScreen {
     std::optional<std::int64_t> number;
     std::string name;
     ScreenFrame frame;
+    // The part not covered by panels or docks; the whole frame when the system does not say.
+    std::optional<ScreenFrame> visibleFrame;
 };
 
 // The screens of the window system. Main thread only.

@@ -14,9 +14,10 @@ inline float clampLevel(float level) {
     return level > 1.0f ? 1.0f : level;
 }
 
-// The percentage shown for a level: level × 100, rounded half away from zero.
+// The percentage shown for a level: level × 100, rounded half away from zero. The product is
+// taken in single precision, as the level is, so that 0.005 shows as 1 %.
 inline long percentage(float level) {
-    return std::lround(static_cast<double>(level) * 100.0);
+    return std::lround(level * 100.0f);
 }
 
 }  // namespace vantle

@@ -11,6 +11,7 @@
 #include "display/brightness_control.h"
 #include "display/screens_x11.h"
 #include "display/testing/synthetic_edid.h"
+#include "keys/osd_check.h"
 #include "services/plist_file_store.h"
 #include "services/property_list_codec.h"
 #include "x_server_fixture.h"
@@ -242,6 +243,13 @@ TEST_F(DisplayX11Test, SoftwareOffMeansNoLinesAndAFailedRoundTrip) {
     const ChildResult result = runChild(VANTLE_PROGRAM, {"--verify-controls"}, childOptions());
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.standardOutput, "");
+}
+
+TEST_F(DisplayX11Test, VerifyOsdShowsAPanelOnEachMonitorAndDismissesThem) {
+    const ChildResult result = runChild(VANTLE_PROGRAM, {"--verify-osd"}, childOptions());
+    EXPECT_EQ(result.exitStatus, 0) << result.standardError;
+    const std::string pass = std::string(kOsdPassLines[0]) + "\n" + kOsdPassLines[1] + "\n";
+    EXPECT_EQ(result.standardOutput, pass + pass + "PASS: automatic OSD dismissal\n");
 }
 
 }  // namespace

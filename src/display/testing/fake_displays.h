@@ -17,7 +17,7 @@ public:
     bool isActive(std::uint32_t display) override { return inactive.count(display) == 0; }
 
     void add(std::int64_t number, std::string name, ScreenFrame frame = {0, 0, 1920, 1080}) {
-        list.push_back(SystemScreen{number, std::move(name), frame});
+        list.push_back(SystemScreen{number, std::move(name), frame, std::nullopt});
     }
 
     std::vector<SystemScreen> list;
