@@ -14,14 +14,10 @@
 #include "services/testing/memory_defaults_store.h"
 #include "private_server.h"
 #include "ui/testing/recording_message_line.h"
+#include "services/testing/recording_workspace.h"
 
 namespace vantle {
 namespace {
-
-class NoWorkspace final : public Workspace {
-public:
-    bool openSettings(SettingsPlace) override { return false; }
-};
 
 using bench::shell;
 
@@ -84,7 +80,7 @@ void softwareStepOnTwoDisplays(benchmark::State& state) {
     shell("xcompmgr >/dev/null 2>&1 & sleep 0.5");
     f.defaults.set("softwareBrightness", true);
     testing::RecordingMessageLine messages;
-    NoWorkspace workspace;
+    testing::RecordingWorkspace workspace;
     BrightnessControl control(f.backends->brightness(), f.defaults, messages, workspace, [] {});
     float delta = -0.0625f;
     for (auto _ : state) {

@@ -1,5 +1,7 @@
 #include "audio/output.h"
 
+#include <algorithm>
+
 namespace vantle {
 namespace {
 
@@ -38,6 +40,20 @@ bool hasOutputStreams(AudioHal& hal, std::uint32_t device) {
 }
 
 }  // namespace
+
+std::vector<std::uint32_t> idList(AudioHal& hal, std::uint32_t object, const PropertyAddress& where) {
+    std::uint32_t size = 0;
+    if (hal.dataSize(object, where, size) != AudioHal::kSuccess || size < sizeof(std::uint32_t)) {
+        return {};
+    }
+    std::vector<std::uint32_t> ids(size / sizeof(std::uint32_t), 0);
+    std::uint32_t readSize = static_cast<std::uint32_t>(ids.size() * sizeof(std::uint32_t));
+    if (hal.getData(object, where, readSize, ids.data()) != AudioHal::kSuccess) {
+        return {};
+    }
+    ids.resize(std::min<std::size_t>(ids.size(), readSize / sizeof(std::uint32_t)));
+    return ids;
+}
 
 std::string stringProperty(AudioHal& hal, std::uint32_t object, std::uint32_t selector) {
     const PropertyAddress where = address(selector, audio::kScopeGlobal, audio::kMainElement);
@@ -82,20 +98,9 @@ bool Output::write(AudioHal& hal, const std::vector<float>& newLevels) const {
 std::vector<Output> outputs(AudioHal& hal) {
     // Dozens of probes per device: one reading of the hardware answers them all.
     AudioSnapshotScope snapshot(hal);
-    const PropertyAddress deviceList = address(audio::kDevices, audio::kScopeGlobal, audio::kMainElement);
-    std::uint32_t size = 0;
-    if (hal.dataSize(audio::kSystemObject, deviceList, size) != AudioHal::kSuccess) {
-        return {};
-    }
-    std::vector<std::uint32_t> ids(size / sizeof(std::uint32_t), 0);
-    std::uint32_t readSize = static_cast<std::uint32_t>(ids.size() * sizeof(std::uint32_t));
-    if (ids.empty() || hal.getData(audio::kSystemObject, deviceList, readSize, ids.data()) != AudioHal::kSuccess) {
-        return {};
-    }
-    ids.resize(readSize / sizeof(std::uint32_t));
-
     std::vector<Output> result;
-    for (std::uint32_t id : ids) {
+    for (std::uint32_t id :
+         idList(hal, audio::kSystemObject, address(audio::kDevices, audio::kScopeGlobal, audio::kMainElement))) {
         std::string name = stringProperty(hal, id, audio::kName);
         if (!hasOutputStreams(hal, id)) {
             continue;  // an input-only device

@@ -30,6 +30,10 @@ std::optional<T> scalar(AudioHal& hal, std::uint32_t object, const PropertyAddre
     return value;
 }
 
+// A property whose data is a list of 32-bit ids (devices, sub-devices); empty when it cannot be
+// read or holds none.
+std::vector<std::uint32_t> idList(AudioHal& hal, std::uint32_t object, const PropertyAddress& where);
+
 // A text property at {selector, global, main element}; the empty string when it cannot be read.
 std::string stringProperty(AudioHal& hal, std::uint32_t object, std::uint32_t selector);
 

@@ -6,26 +6,8 @@
 #include "localization/localization.h"
 
 namespace vantle {
-namespace {
-
-std::vector<std::uint32_t> readIds(AudioHal& hal, std::uint32_t object, const PropertyAddress& where) {
-    std::uint32_t size = 0;
-    if (hal.dataSize(object, where, size) != AudioHal::kSuccess || size < sizeof(std::uint32_t)) {
-        return {};
-    }
-    std::vector<std::uint32_t> ids(size / sizeof(std::uint32_t), 0);
-    std::uint32_t readSize = static_cast<std::uint32_t>(ids.size() * sizeof(std::uint32_t));
-    if (hal.getData(object, where, readSize, ids.data()) != AudioHal::kSuccess) {
-        return {};
-    }
-    ids.resize(std::min<std::size_t>(ids.size(), readSize / sizeof(std::uint32_t)));
-    return ids;
-}
-
-}  // namespace
-
 std::vector<std::uint32_t> VolumeControl::members(std::uint32_t device) {
-    return readIds(hal_, device, address(audio::kActiveSubDevices, audio::kScopeGlobal, audio::kMainElement));
+    return idList(hal_, device, address(audio::kActiveSubDevices, audio::kScopeGlobal, audio::kMainElement));
 }
 
 std::vector<Output> VolumeControl::aggregates() {

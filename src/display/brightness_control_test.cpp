@@ -6,6 +6,7 @@
 #include "localization/localization.h"
 #include "services/testing/memory_defaults_store.h"
 #include "ui/testing/recording_message_line.h"
+#include "services/testing/recording_workspace.h"
 
 namespace vantle {
 namespace {
@@ -13,15 +14,6 @@ namespace {
 using testing::FakeNativeBrightness;
 using testing::FakeScreenSystem;
 using testing::FakeShadeFactory;
-
-class RecordingWorkspace final : public Workspace {
-public:
-    bool openSettings(SettingsPlace place) override {
-        opened.push_back(place);
-        return true;
-    }
-    std::vector<SettingsPlace> opened;
-};
 
 class BrightnessControlTest : public ::testing::Test {
 protected:
@@ -36,7 +28,7 @@ protected:
     FakeNativeBrightness native;
     Brightness brightness{native.functions(), screenSystem, shadeFactory, defaults, {}};
     testing::RecordingMessageLine messages;
-    RecordingWorkspace workspace;
+    testing::RecordingWorkspace workspace;
     int refreshes = 0;
     BrightnessControl control{brightness, defaults, messages, workspace, [this] { ++refreshes; }};
 };

@@ -8,6 +8,7 @@
 #include "services/testing/manual_scheduler.h"
 #include "services/testing/memory_defaults_store.h"
 #include "ui/testing/recording_message_line.h"
+#include "services/testing/recording_workspace.h"
 
 namespace vantle {
 namespace {
@@ -26,11 +27,6 @@ private:
     struct Panel final : OsdPanel {
         void orderOut() override {}
     };
-};
-
-class NoWorkspace final : public Workspace {
-public:
-    bool openSettings(SettingsPlace) override { return false; }
 };
 
 class MediaKeyHandlerTest : public ::testing::Test {
@@ -54,7 +50,7 @@ protected:
     testing::FakeShadeFactory shades;
     testing::FakeNativeBrightness native;
     Brightness brightness{native.functions(), screens, shades, defaults, {}};
-    NoWorkspace workspace;
+    testing::RecordingWorkspace workspace;
     BrightnessControl brightnessControl{brightness, defaults, messages, workspace, [] {}};
     CountingPanelFactory panels;
     testing::ManualScheduler scheduler;

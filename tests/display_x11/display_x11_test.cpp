@@ -16,16 +16,12 @@
 #include "services/property_list_codec.h"
 #include "x_server_fixture.h"
 #include "ui/testing/recording_message_line.h"
+#include "services/testing/recording_workspace.h"
 
 namespace vantle::testing {
 namespace {
 
 constexpr std::uint32_t kSyntheticIdBit = 0x80000000u;
-
-class NoWorkspace final : public Workspace {
-public:
-    bool openSettings(SettingsPlace) override { return false; }
-};
 
 class DisplayX11Test : public XServerTest {
 protected:
@@ -175,7 +171,7 @@ TEST_F(DisplayX11Test, MonitorRemovedWhileDimmedLosesItsShade) {
     auto displays = backends();
     Brightness& brightness = displays->brightness();
     RecordingMessageLine messages;
-    NoWorkspace workspace;
+    testing::RecordingWorkspace workspace;
     BrightnessControl control(brightness, defaults, messages, workspace, [] {});
     const std::uint32_t left = leftDisplayId();
     const std::uint32_t right = brightness.screens()[1].id;
