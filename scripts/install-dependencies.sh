@@ -17,6 +17,9 @@ packages=(
   libddcutil4                    # external monitors' brightness over DDC/CI, loaded only when a monitor needs it
   libgtest-dev                   # unit and integration tests
   libbenchmark-dev               # benchmarks
+  libcurl4-openssl-dev           # the update feed, fetched over HTTPS
+  trayer                         # a tray host on the private X server, so the tray icon shows
+  pasystray xbindkeys            # the tray applet and key-binding setup we compare ourselves with
 )
 
 missing=()
