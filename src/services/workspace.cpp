@@ -20,28 +20,49 @@ std::vector<std::string> desktopNames(const std::string& currentDesktop) {
     return names;
 }
 
+// One desktop's settings programs, for each place in the order of SettingsPlace.
+struct DesktopSettings {
+    const char* desktop;
+    std::vector<std::vector<Command>> places;
+};
+
+const std::vector<DesktopSettings>& desktopSettings() {
+    static const std::vector<DesktopSettings> table = {
+        {"gnome", {{{"gnome-control-center", "display"}}, {{"gnome-control-center", "sound"}},
+                   {{"gnome-control-center", "keyboard"}}, {{"gnome-session-properties"}}}},
+        {"kde", {{{"systemsettings", "kcm_kscreen"}, {"kcmshell6", "kcm_kscreen"}, {"kcmshell5", "kcm_kscreen"}},
+                 {{"systemsettings", "kcm_pulseaudio"}, {"kcmshell6", "kcm_pulseaudio"}, {"kcmshell5", "kcm_pulseaudio"}},
+                 {{"systemsettings", "kcm_keys"}, {"kcmshell6", "kcm_keys"}, {"kcmshell5", "kcm_keys"}},
+                 {{"systemsettings", "kcm_autostart"}, {"kcmshell6", "kcm_autostart"}, {"kcmshell5", "kcm_autostart"}}}},
+        {"xfce", {{{"xfce4-display-settings"}}, {{"pavucontrol"}}, {{"xfce4-keyboard-settings"}},
+                  {{"xfce4-session-settings"}}}},
+        {"cinnamon", {{{"cinnamon-settings", "display"}}, {{"cinnamon-settings", "sound"}},
+                      {{"cinnamon-settings", "keyboard"}}, {{"cinnamon-settings", "startup"}}}},
+        {"mate", {{{"mate-display-properties"}}, {{"mate-volume-control"}}, {{"mate-keybinding-properties"}},
+                  {{"mate-session-properties"}}}},
+        {"lxqt", {{{"lxqt-config-monitor"}}, {{"pavucontrol-qt"}}, {{"lxqt-config-globalkeyshortcuts"}},
+                  {{"lxqt-config-session"}}}},
+    };
+    return table;
+}
+
+// Desktops that share another's settings programs.
+std::string settingsDesktopOf(const std::string& desktop) {
+    if (desktop == "unity" || desktop == "budgie") {
+        return "gnome";
+    }
+    if (desktop == "x-cinnamon") {
+        return "cinnamon";
+    }
+    return desktop;
+}
+
 std::vector<Command> commandsOf(const std::string& desktop, SettingsPlace place) {
-    const bool displays = place == SettingsPlace::Displays;
-    if (desktop == "gnome" || desktop == "unity" || desktop == "budgie") {
-        return {{"gnome-control-center", displays ? "display" : "sound"}};
-    }
-    if (desktop == "kde") {
-        return displays ? std::vector<Command>{{"systemsettings", "kcm_kscreen"}, {"kcmshell6", "kcm_kscreen"},
-                                               {"kcmshell5", "kcm_kscreen"}}
-                        : std::vector<Command>{{"systemsettings", "kcm_pulseaudio"}, {"kcmshell6", "kcm_pulseaudio"},
-                                               {"kcmshell5", "kcm_pulseaudio"}};
-    }
-    if (desktop == "xfce") {
-        return {{displays ? "xfce4-display-settings" : "pavucontrol"}};
-    }
-    if (desktop == "x-cinnamon" || desktop == "cinnamon") {
-        return {{"cinnamon-settings", displays ? "display" : "sound"}};
-    }
-    if (desktop == "mate") {
-        return {{displays ? "mate-display-properties" : "mate-volume-control"}};
-    }
-    if (desktop == "lxqt") {
-        return {{displays ? "lxqt-config-monitor" : "pavucontrol-qt"}};
+    const std::string name = settingsDesktopOf(desktop);
+    for (const DesktopSettings& settings : desktopSettings()) {
+        if (name == settings.desktop) {
+            return settings.places[static_cast<std::size_t>(place)];
+        }
     }
     return {};
 }
@@ -56,12 +77,19 @@ std::vector<std::vector<std::string>> settingsCommands(const std::string& curren
         }
     }
     // Tools that work on any X11 desktop.
-    if (place == SettingsPlace::Displays) {
+    switch (place) {
+    case SettingsPlace::Displays:
         commands.push_back({"arandr"});
         commands.push_back({"lxrandr"});
-    } else {
+        break;
+    case SettingsPlace::Sound:
         commands.push_back({"pavucontrol"});
         commands.push_back({"pavucontrol-qt"});
+        break;
+    case SettingsPlace::Keyboard:
+    case SettingsPlace::StartupApplications:
+        // No desktop-independent program exists for these.
+        break;
     }
     return commands;
 }

@@ -69,4 +69,9 @@ bool DesktopWorkspace::openSettings(SettingsPlace place) {
     return startFirstAvailable(settingsCommands(desktop != nullptr ? desktop : "", place));
 }
 
+// The desktop's own choice of browser and mail program, through the freedesktop opener.
+bool DesktopWorkspace::openUrl(const std::string& url) {
+    return startFirstAvailable({{"xdg-open", url}, {"gio", "open", url}});
+}
+
 }  // namespace vantle

@@ -8,6 +8,7 @@ namespace vantle {
 class DesktopWorkspace final : public Workspace {
 public:
     bool openSettings(SettingsPlace place) override;
+    bool openUrl(const std::string& url) override;
 };
 
 // Starts the first of the commands whose program is on the PATH, detached from this process.

@@ -23,6 +23,21 @@ TEST(WorkspaceTest, DesktopsOwnSettingsComeFirstThenGenericTools) {
     EXPECT_EQ(settingsCommands("", SettingsPlace::Sound), (Commands{{"pavucontrol"}, {"pavucontrol-qt"}}));
 }
 
+TEST(WorkspaceTest, KeyboardShortcutsOpenTheDesktopsOwnPageAndNothingElse) {
+    EXPECT_EQ(settingsCommands("ubuntu:GNOME", SettingsPlace::Keyboard),
+              (Commands{{"gnome-control-center", "keyboard"}}));
+    EXPECT_EQ(settingsCommands("X-Cinnamon", SettingsPlace::Keyboard), (Commands{{"cinnamon-settings", "keyboard"}}));
+    EXPECT_EQ(settingsCommands("KDE", SettingsPlace::Keyboard).front(),
+              (std::vector<std::string>{"systemsettings", "kcm_keys"}));
+    EXPECT_TRUE(settingsCommands("", SettingsPlace::Keyboard).empty());
+}
+
+TEST(WorkspaceTest, StartupApplicationsOfEachDesktop) {
+    EXPECT_EQ(settingsCommands("XFCE", SettingsPlace::StartupApplications), (Commands{{"xfce4-session-settings"}}));
+    EXPECT_EQ(settingsCommands("MATE", SettingsPlace::StartupApplications), (Commands{{"mate-session-properties"}}));
+    EXPECT_TRUE(settingsCommands("unknown", SettingsPlace::StartupApplications).empty());
+}
+
 // The settings applications are stand-in scripts on a private PATH that note how they were run.
 TEST(WorkspaceStandInToolsTest, StartsTheFirstToolThatIsInstalled) {
     testing::TemporaryDirectory bin;
