@@ -2,55 +2,17 @@
 
 #include <gtest/gtest.h>
 
-#include "audio/testing/fake_audio_hal.h"
-#include "display/testing/fake_displays.h"
-#include "keys/testing/fake_key_tap.h"
-#include "keys/testing/fake_keyboard_host.h"
+#include "keys/testing/keyboard_world.h"
 #include "localization/localization.h"
 #include "services/settings_keys.h"
-#include "services/testing/manual_scheduler.h"
-#include "services/testing/memory_defaults_store.h"
-#include "services/testing/recording_workspace.h"
-#include "ui/testing/recording_message_line.h"
 
 namespace vantle {
 namespace {
 
-using testing::FakeAudioHal;
-
-class NoPanels final : public OsdPanelFactory {
-public:
-    std::unique_ptr<OsdPanel> show(const ScreenFrame&, const OsdContent&) override { return nullptr; }
-};
-
-class KeyboardControlTest : public ::testing::Test {
+class KeyboardControlTest : public ::testing::Test, public testing::KeyboardWorld {
 protected:
-    KeyboardControlTest() {
-        hal.add(10, FakeAudioHal::plainDevice("Speakers", "uid-10", {0.5f, 0.5f}, true));
-        hal.defaultOutput = 10;
-    }
-
     float volume() const { return hal.volume(10, 0); }
     std::string reported() const { return host.reports.empty() ? "" : host.reports.back(); }
-
-    FakeAudioHal hal;
-    testing::MemoryDefaultsStore store;
-    UserDefaults defaults{store};
-    testing::RecordingMessageLine messages;
-    VolumeControl volumeControl{hal, defaults, messages, [] {}};
-    testing::FakeScreenSystem screens;
-    testing::FakeShadeFactory shades;
-    testing::FakeNativeBrightness native;
-    Brightness brightness{native.functions(), screens, shades, defaults, {}};
-    testing::RecordingWorkspace workspace;
-    BrightnessControl brightnessControl{brightness, defaults, messages, workspace, [] {}};
-    NoPanels panels;
-    testing::ManualScheduler scheduler;
-    OSD osd{screens, brightness, panels, scheduler};
-    MediaKeyHandler handler{hal, volumeControl, brightnessControl, osd, [] {}};
-    testing::FakeKeyTap tap;
-    testing::FakeKeyboardHost host;
-    KeyboardControl keys{tap, handler, defaults, "42", host};
 };
 
 TEST_F(KeyboardControlTest, StartTakesTheKeysAndSaysSo) {
