@@ -20,6 +20,7 @@ packages=(
   libcurl4-openssl-dev           # the update feed, fetched over HTTPS
   trayer                         # a tray host on the private X server, so the tray icon shows
   pasystray xbindkeys            # the tray applet and key-binding setup we compare ourselves with
+  libxcb-xtest0-dev              # key presses sent straight to the X server by the latency benchmark
 )
 
 missing=()

@@ -1,8 +1,15 @@
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QSocketNotifier>
 #include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "app/app.h"
 #include "app/check_modes.h"
 #include "app/display_backends.h"
 #include "app/localization_check.h"
@@ -12,13 +19,47 @@
 
 namespace {
 
-// The menu-bar application itself is not part of this build; say so plainly instead of
-// pretending to run.
-int runApplication() {
-    std::fprintf(stderr,
-                 "vantle-control: the user interface is not part of this build yet.\n"
-                 "Try one of the checks: --verify-localization, --diagnose, --verify-controls, --verify-osd\n");
-    return 2;
+// The session ends with one of these signals; they are turned into an event of the loop, so that
+// the muted levels are given back on the main thread before the program ends.
+int signalPipe[2] = {-1, -1};
+
+void forwardSignal(int) {
+    const char byte = 1;
+    [[maybe_unused]] const ssize_t written = ::write(signalPipe[1], &byte, 1);
+}
+
+void endSessionOnSignals(vantle::App& app) {
+    if (::pipe2(signalPipe, O_CLOEXEC | O_NONBLOCK) != 0) {
+        return;
+    }
+    auto* notifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, &app);
+    QObject::connect(notifier, &QSocketNotifier::activated, &app, [&app] {
+        char byte = 0;
+        while (::read(signalPipe[0], &byte, 1) > 0) {
+        }
+        app.endSession();
+    });
+    struct sigaction action = {};
+    action.sa_handler = forwardSignal;
+    sigemptyset(&action.sa_mask);
+    for (int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        ::sigaction(signal, &action, nullptr);
+    }
+}
+
+int runApplication(vantle::UserDefaults& defaults, vantle::DisplayBackends& displays,
+                   const std::vector<std::string>& arguments) {
+    if (!displays.hasWindowSystem()) {
+        std::fprintf(stderr,
+                     "vantle-control: no X display to show the program on (DISPLAY is unset or cannot be reached).\n"
+                     "Start it from a desktop session, or run scripts/run.sh, which starts a private one.\n");
+        return 1;
+    }
+    vantle::PulseAudioHal audio;
+    vantle::App app(audio, defaults, displays, arguments);
+    endSessionOnSignals(app);
+    app.applicationDidFinishLaunching();
+    return QApplication::exec();
 }
 
 }  // namespace
@@ -50,5 +91,5 @@ int main(int argc, char** argv) {
     case vantle::Mode::NormalStart:
         break;
     }
-    return runApplication();
+    return runApplication(defaults, *displays, arguments);
 }

@@ -1,0 +1,123 @@
+#include "ui/appearance_linux.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QDBusInterface>
+#include <QDBusReply>
+#include <QDBusVariant>
+#include <QPalette>
+#include <QStyle>
+#include <QStyleFactory>
+#include <optional>
+
+namespace vantle {
+namespace {
+
+constexpr const char* kPortalService = "org.freedesktop.portal.Desktop";
+constexpr const char* kPortalPath = "/org/freedesktop/portal/desktop";
+constexpr const char* kSettingsInterface = "org.freedesktop.portal.Settings";
+constexpr const char* kAppearanceGroup = "org.freedesktop.appearance";
+constexpr const char* kColorSchemeKey = "color-scheme";
+// The portal's answer: 0 no preference, 1 prefers dark, 2 prefers light.
+constexpr uint kPrefersDark = 1;
+
+// The portal wraps the value in one or two variants, depending on its version.
+uint unwrapScheme(QVariant value) {
+    while (value.canConvert<QDBusVariant>() && value.userType() == qMetaTypeId<QDBusVariant>()) {
+        value = value.value<QDBusVariant>().variant();
+    }
+    return value.toUInt();
+}
+
+std::optional<bool> overriddenScheme() {
+    const QByteArray scheme = qgetenv("VANTLE_COLOR_SCHEME");
+    if (scheme == "dark") {
+        return true;
+    }
+    if (scheme == "light") {
+        return false;
+    }
+    return std::nullopt;
+}
+
+std::optional<bool> portalScheme() {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        return std::nullopt;
+    }
+    QDBusInterface settings(kPortalService, kPortalPath, kSettingsInterface, bus);
+    settings.setTimeout(500);
+    const QDBusReply<QVariant> reply = settings.call("Read", kAppearanceGroup, kColorSchemeKey);
+    if (!reply.isValid()) {
+        return std::nullopt;
+    }
+    return unwrapScheme(reply.value()) == kPrefersDark;
+}
+
+QPalette darkPalette() {
+    QPalette palette;
+    const QColor window(0x2b, 0x2b, 0x2e);
+    const QColor base(0x1f, 0x1f, 0x22);
+    const QColor text(0xe8, 0xe8, 0xea);
+    const QColor dimmed(0x8a, 0x8a, 0x90);
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::AlternateBase, window);
+    palette.setColor(QPalette::ToolTipBase, window);
+    palette.setColor(QPalette::ToolTipText, text);
+    palette.setColor(QPalette::PlaceholderText, dimmed);
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::Button, QColor(0x3a, 0x3a, 0x3e));
+    palette.setColor(QPalette::ButtonText, text);
+    palette.setColor(QPalette::BrightText, Qt::white);
+    palette.setColor(QPalette::Light, QColor(0x4a, 0x4a, 0x50));
+    palette.setColor(QPalette::Midlight, QColor(0x40, 0x40, 0x45));
+    palette.setColor(QPalette::Mid, QColor(0x30, 0x30, 0x34));
+    palette.setColor(QPalette::Dark, QColor(0x18, 0x18, 0x1a));
+    palette.setColor(QPalette::Shadow, Qt::black);
+    palette.setColor(QPalette::Highlight, QColor(0xe6, 0xad, 0x00));
+    palette.setColor(QPalette::HighlightedText, Qt::black);
+    palette.setColor(QPalette::Link, QColor(0xf0, 0xc0, 0x40));
+    palette.setColor(QPalette::LinkVisited, QColor(0xd0, 0xa0, 0x30));
+    for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(QPalette::Disabled, role, dimmed);
+    }
+    return palette;
+}
+
+}  // namespace
+
+DesktopAppearance::DesktopAppearance(std::function<void()> changed) : changed_(std::move(changed)) {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (bus.isConnected()) {
+        bus.connect(kPortalService, kPortalPath, kSettingsInterface, "SettingChanged", this,
+                    SLOT(settingChanged(QString, QString, QDBusVariant)));
+    }
+}
+
+bool DesktopAppearance::dark() const {
+    if (const std::optional<bool> scheme = overriddenScheme()) {
+        return *scheme;
+    }
+    if (const std::optional<bool> scheme = portalScheme()) {
+        return *scheme;
+    }
+    return QApplication::style()->standardPalette().color(QPalette::Window).lightness() < 128;
+}
+
+void DesktopAppearance::apply(bool dark) {
+    // One style for both schemes, so that only the colours change, never the shapes.
+    if (QStyle* fusion = QStyleFactory::create("Fusion")) {
+        QApplication::setStyle(fusion);
+    }
+    QApplication::setPalette(dark ? darkPalette() : QApplication::style()->standardPalette());
+}
+
+void DesktopAppearance::settingChanged(const QString& group, const QString& key, const QDBusVariant&) {
+    if (group == kAppearanceGroup && key == kColorSchemeKey && changed_) {
+        changed_();
+    }
+}
+
+}  // namespace vantle
