@@ -18,6 +18,7 @@ packages=(
   libgtest-dev                   # unit and integration tests
   libbenchmark-dev               # benchmarks
   libcurl4-openssl-dev           # the update feed, fetched over HTTPS
+  libssl-dev                     # the tests' own HTTPS feed server, with a certificate made on the spot
   trayer                         # a tray host on the private X server, so the tray icon shows
   pasystray xbindkeys            # the tray applet and key-binding setup we compare ourselves with
   libxcb-xtest0-dev              # key presses sent straight to the X server by the latency benchmark

@@ -17,6 +17,7 @@
 #include "app/app_controls.h"
 #include "app/relaunch_parent.h"
 #include "keys/key_tap_x11.h"
+#include "services/updates/updater_linux.h"
 #include "localization/localization.h"
 #include "services/bundle.h"
 #include "services/settings_keys.h"
@@ -58,6 +59,11 @@ App::App(AudioHal& hal, UserDefaults& defaults, DisplayBackends& displays, std::
       keyTap_(std::make_unique<X11KeyTap>(xConnection())),
       keyboard_(*keyTap_, keyHandler_, defaults, buildNumber(), *this),
       languageRelaunch_(defaults, keyboard_, *this, static_cast<int>(::getpid()), hasArgument("--preview-localization")),
+      loginService_(autostartFoldersFromEnvironment(), runningExecutablePath()),
+      login_(loginService_, defaults, runningInstalledForLogin(), [this] { refresh(); }),
+      updates_([this](UpdaterDelegate& delegate) { return makeUpdater(delegate, defaults_, scheduler_, [this](std::function<void()> work) { queue(std::move(work)); });
+               },
+               volume_, *this),
       controls_(std::make_unique<Controls>()) {
     wireLongLivedControls();
 }
@@ -224,7 +230,7 @@ void App::changeSettingsPage(int page) {
 }
 
 void App::quit() {
-    if (applicationShouldTerminate(relaunchingForLanguage_, installingUpdate_, volume_, *this) ==
+    if (applicationShouldTerminate(languageRelaunch_.relaunchingForLanguage, updates_.installingUpdate(), volume_, *this) ==
         QuitAnswer::terminateNow) {
         QCoreApplication::quit();
     }

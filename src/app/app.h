@@ -21,6 +21,9 @@
 #include "keys/osd.h"
 #include "keys/osd_panel_qt.h"
 #include "services/user_defaults.h"
+#include "services/login/autostart_login_service_linux.h"
+#include "services/login/login_controller.h"
+#include "services/updates/update_controller.h"
 #include "services/workspace_linux.h"
 #include "ui/message_line.h"
 #include "ui/control_refresh.h"
@@ -52,6 +55,7 @@ class App final : public QObject,
                   public KeyboardHost,
                   public MessageLine,
                   private RelaunchHost,
+                  private UpdateHost,
                   private QuitAlerts {
 public:
     App(AudioHal& hal, UserDefaults& defaults, DisplayBackends& displays, std::vector<std::string> arguments);
@@ -113,6 +117,10 @@ private:
     void alert(const std::string& text) override;
     void terminate() override { quit(); }
 
+    // UpdateHost.
+    void showUpdateMessage(const std::string& text) override;
+    void offerUpdate(const UpdateOffer& offer) override;
+
     // QuitAlerts.
     bool confirmQuit() override;
     bool stayAfterFailedRestore() override;
@@ -137,7 +145,7 @@ private:
     void showPage(int page);
     // Closes the popover and brings the settings window to the front.
     void bringSettingsForward();
-    void closePopover();
+    void closePopover() override;
     void buildMainMenu();
     void watchScreens();
     // A modal question with two buttons; true when the second was chosen.
@@ -159,9 +167,10 @@ private:
     std::unique_ptr<KeyTap> keyTap_;
     KeyboardControl keyboard_;
     LanguageRelaunch languageRelaunch_;
+    AutostartLoginService loginService_;
+    LoginController login_;
+    UpdateController updates_;
 
-    bool installingUpdate_ = false;
-    bool relaunchingForLanguage_ = false;
     bool launched_ = false;
 
     // The interface. Windows are created once and only hidden afterwards.

@@ -7,10 +7,9 @@
 #include <string>
 #include <vector>
 
-namespace vantle {
+#include "services/login/login_item_status.h"
 
-// The status of the program's login item as the login service reports it.
-enum class LoginItemStatus { notRegistered = 0, enabled = 1, requiresApproval = 2, notFound = 3 };
+namespace vantle {
 
 // The two colours a status text is drawn in.
 enum class TextColour { secondaryLabel, systemOrange };

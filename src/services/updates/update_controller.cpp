@@ -1,0 +1,80 @@
+#include "services/updates/update_controller.h"
+
+#include "localization/localization.h"
+
+namespace vantle {
+
+std::string updateCycleMessage(const std::optional<UpdateError>& error) {
+    if (!error) {
+        return L("s006");
+    }
+    if (isNoUpdate(*error)) {
+        return L("s004");
+    }
+    return L("s005", error->description);
+}
+
+std::string updaterStartMessage(const UpdateError& error) {
+    return L("s003", error.description);
+}
+
+UpdateController::UpdateController(UpdaterFactory makeUpdater, VolumeControl& volume, UpdateHost& host)
+    : makeUpdater_(std::move(makeUpdater)), volume_(volume), host_(host) {}
+
+// The updater goes first: it may still hold a check in flight that would report to us.
+UpdateController::~UpdateController() {
+    updater_.reset();
+}
+
+Updater& UpdateController::updater() {
+    if (!updater_) {
+        updater_ = makeUpdater_(*this);
+    }
+    return *updater_;
+}
+
+void UpdateController::startUpdates() {
+    Updater& running = updater();
+    if (const std::optional<UpdateError> error = running.startUpdater()) {
+        host_.showUpdateMessage(updaterStartMessage(*error));
+        return;
+    }
+    if (running.automaticallyChecksForUpdates()) {
+        running.checkForUpdatesInBackground();
+    }
+}
+
+void UpdateController::checkUpdates() {
+    host_.closePopover();
+    updater().checkForUpdates();
+}
+
+void UpdateController::changeAutomaticUpdates(bool on) {
+    updater().setAutomaticallyChecksForUpdates(on);
+}
+
+UpdatePresentation UpdateController::presentation() {
+    Updater& running = updater();
+    return UpdatePresentation{running.canCheckForUpdates(), running.automaticallyChecksForUpdates()};
+}
+
+void UpdateController::updaterDidFindValidUpdate(const UpdateOffer& offer) {
+    host_.offerUpdate(offer);
+}
+
+void UpdateController::updaterDidFinishUpdateCycle(UpdateCheck, const std::optional<UpdateError>& error) {
+    installingUpdate_ = false;
+    host_.showUpdateMessage(updateCycleMessage(error));
+}
+
+bool UpdateController::updaterShouldPostponeRelaunchForUpdate() {
+    // The program goes away in a moment: the user's devices get their levels back now, rather
+    // than staying silent until someone asks the new version to unmute them.
+    if (volume_.muted()) {
+        volume_.unmute();
+    }
+    installingUpdate_ = true;
+    return false;
+}
+
+}  // namespace vantle
