@@ -1,6 +1,6 @@
 # Sourced by the run and test commands: starts a private X server and a private sound server in
 # a fresh folder, points DISPLAY and PULSE_SERVER at them, and stops both when the shell exits.
-#   start_private_servers [x] [sound]
+#   start_private_servers [x] [tray] [sound]   (tray needs x first)
 PRIVATE_SERVERS_SCRIPTS=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 
 start_private_servers() {
@@ -13,6 +13,12 @@ start_private_servers() {
         bash "$scripts_dir/x-server.sh" start "$PRIVATE_SERVERS_DIR/x"
         # shellcheck disable=SC1091
         source "$PRIVATE_SERVERS_DIR/x/env"
+        ;;
+      tray)
+        # A tray host, so that the program's tray icon has somewhere to show.
+        trayer --edge top --align right --widthtype request --height 24 --SetDockType true >/dev/null 2>&1 &
+        PRIVATE_TRAY_PID=$!
+        sleep 0.5
         ;;
       sound)
         bash "$scripts_dir/sound-server.sh" start "$PRIVATE_SERVERS_DIR/sound"
@@ -27,6 +33,7 @@ start_private_servers() {
 stop_private_servers() {
   local scripts_dir=$PRIVATE_SERVERS_SCRIPTS
   [ -n "${PRIVATE_SERVERS_DIR:-}" ] || return 0
+  [ -n "${PRIVATE_TRAY_PID:-}" ] && kill "$PRIVATE_TRAY_PID" 2>/dev/null || true
   [ -d "$PRIVATE_SERVERS_DIR/x" ] && bash "$scripts_dir/x-server.sh" stop "$PRIVATE_SERVERS_DIR/x" || true
   [ -d "$PRIVATE_SERVERS_DIR/sound" ] && bash "$scripts_dir/sound-server.sh" stop "$PRIVATE_SERVERS_DIR/sound" || true
   rm -rf "$PRIVATE_SERVERS_DIR"

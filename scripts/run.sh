@@ -1,17 +1,20 @@
 #!/usr/bin/env bash
 # Sets up a fresh machine, builds the program and runs it. On a machine without an X server or
-# a sound server it starts private ones, so that the program has displays and outputs to show.
+# a sound server it starts private ones (with a tray host), opens the program's popover once and
+# writes a screenshot to build/run/screenshot.png, so that the program is seen working.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 bash scripts/install-dependencies.sh
-cmake -S . -B build/release -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVANTLE_TESTS=OFF >/dev/null
-cmake --build build/release -j"$(nproc)" --target vantle-control
+cmake -S . -B build/run -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVANTLE_TESTS=OFF >/dev/null
+cmake --build build/run -j"$(nproc)" --target vantle-control screenshot_tool vantle_resources
 
 source scripts/private-servers.sh
 wanted=()
+private_display=false
 if [ -z "${DISPLAY:-}" ] || ! xrandr --query >/dev/null 2>&1; then
-  wanted+=(x)
+  wanted+=(x tray)
+  private_display=true
 fi
 if ! pactl info >/dev/null 2>&1; then
   wanted+=(sound)
@@ -21,12 +24,25 @@ if [ ${#wanted[@]} -gt 0 ]; then
   start_private_servers "${wanted[@]}"
 fi
 
-program=build/release/bin/vantle-control
+program=build/run/bin/vantle-control
 if [ $# -gt 0 ]; then
   "$program" "$@"
   exit
 fi
-# The menu-bar interface is not built yet, so show what the program can already do.
 "$program" --verify-localization
 "$program" --diagnose
-"$program" || true
+if ! $private_display; then
+  exec "$program"
+fi
+# Headless: show that it works, then keep it running until Ctrl+C.
+"$program" --show-settings &
+program_pid=$!
+trap 'kill $program_pid 2>/dev/null; wait $program_pid 2>/dev/null; stop_private_servers' EXIT
+sleep 3
+xdotool mousemove 1908 12 click 1
+sleep 1
+build/run/bin/screenshot_tool build/run/screenshot.png 0 0 1920 1080
+echo "Vantle Control is running on the private display $DISPLAY (sound server $PULSE_SERVER)."
+echo "A screenshot of its settings window and tray popover: build/run/screenshot.png"
+echo "Try: DISPLAY=$DISPLAY xdotool key XF86AudioLowerVolume   — press Ctrl+C to stop."
+wait $program_pid

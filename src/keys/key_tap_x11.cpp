@@ -21,8 +21,9 @@ std::unique_ptr<Reply, decltype(&std::free)> own(Reply* reply) {
 
 // The lock modifiers a user may have on without meaning anything by it: Caps Lock and Num Lock.
 constexpr std::uint16_t kLockCombinations[] = {0, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2, XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2};
-// A plain press and the fine step.
-constexpr std::uint16_t kStepModifiers[] = {0, XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_1};
+// A plain press, the fine step (Shift+Alt), and Shift or Alt alone, which make an ordinary step:
+// a key pressed with half of the fine step's modifiers still means the key.
+constexpr std::uint16_t kStepModifiers[] = {0, XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_1, XCB_MOD_MASK_SHIFT, XCB_MOD_MASK_1};
 
 // Every keycode whose key symbols include one of the media keys'.
 std::map<std::uint8_t, int> mediaKeycodes(xcb_connection_t* connection) {

@@ -8,6 +8,8 @@ namespace vantle {
 
 Popover::Popover() : QFrame(nullptr, Qt::Popup | Qt::FramelessWindowHint), scroll_(new QScrollArea(this)) {
     setFrameShape(QFrame::StyledPanel);
+    // Named for the window list of assistive tools and tests; a popup shows no title.
+    setWindowTitle(QStringLiteral("Vantle Control"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     scroll_->setWidgetResizable(true);

@@ -80,8 +80,9 @@ TEST_F(AppKeysTest, VolumeUpRaisesEveryMemberOfTheCombinedOutputByOneStep) {
 TEST_F(AppKeysTest, ShiftAltMakesTheFineStep) {
     launch();
     pressUntilLevel("shift+alt+XF86AudioRaiseVolume", 0.51f);
-    // Shift alone is no fine step.
+    // Shift or Alt alone is no fine step.
     pressUntilLevel("shift+XF86AudioRaiseVolume", 0.5725f);
+    pressUntilLevel("alt+XF86AudioRaiseVolume", 0.635f);
 }
 
 TEST_F(AppKeysTest, VolumeUpStopsAtFull) {
@@ -107,7 +108,8 @@ TEST_F(AppKeysTest, MuteSilencesEveryLeafAndKeepsTheLevelsInTheSettingsFile) {
     ASSERT_EQ(saved.size(), 2u);
     EXPECT_NEAR(saved.at("left_room").front(), 0.5f, kTolerance);
     EXPECT_NEAR(saved.at("right_room").front(), 0.25f, kTolerance);
-    pressUntilLevel("XF86AudioMute", 0.5f);
+    key("XF86AudioMute");
+    ASSERT_TRUE(pump(3s, [] { return std::abs(sinkLevel("left_room") - 0.5f) < kTolerance; }));
     EXPECT_NEAR(sinkLevel("right_room"), 0.25f, kTolerance);
 }
 
