@@ -11,6 +11,9 @@
 #include "audio/volume_control.h"
 #include "services/testing/memory_defaults_store.h"
 #include "private_server.h"
+#include "display/testing/fake_displays.h"
+#include "ui/control_refresh.h"
+#include "ui/refresh_facts.h"
 #include "ui/testing/recording_message_line.h"
 
 namespace vantle {
@@ -49,6 +52,39 @@ void listOutputs(benchmark::State& state) {
         static_cast<double>(hal.roundTrips() - before) / static_cast<double>(state.iterations());
 }
 BENCHMARK(listOutputs)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly(true);
+
+// One refresh of every control's state: the current output read afresh (here the combined
+// output of three devices, among ten sinks) and two displays, one dimmed in software; the part
+// of the refresh that the window system does not do.
+void refreshWithTwoDisplays(benchmark::State& state) {
+    server();
+    PulseAudioHal hal;
+    testing::MemoryDefaultsStore store;
+    UserDefaults defaults(store);
+    testing::RecordingMessageLine messages;
+    VolumeControl control(hal, defaults, messages, [] {});
+    testing::FakeScreenSystem screens;
+    screens.add(1, "Built-in");
+    screens.add(2, "Studio", {1920, 0, 2560, 1440});
+    testing::FakeShadeFactory shades;
+    testing::FakeNativeBrightness native;
+    native.levels[1] = 0.5f;
+    defaults.set("softwareBrightness", true);
+    Brightness brightness(native.functions(), screens, shades, defaults, {});
+    RefreshFacts facts;
+    facts.controls.quickDisplays = {1, 2};
+    facts.controls.quickDisplayLabels = {1, 2};
+    facts.controls.quickVolume = facts.controls.quickVolumeLabel = facts.controls.quickMute = true;
+    std::size_t leaves = 0;
+    for (auto _ : state) {
+        RefreshFacts current = facts;
+        gatherHardwareFacts(current, control, hal, brightness);
+        leaves = current.audio.leaves.size();
+        benchmark::DoNotOptimize(refreshControls(current));
+    }
+    state.counters["leaves"] = static_cast<double>(leaves);
+}
+BENCHMARK(refreshWithTwoDisplays)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly(true);
 
 void applyVolumeOnThreeLeafCombinedOutput(benchmark::State& state) {
     server();

@@ -12,6 +12,7 @@
 
 #include "services/file_contents.h"
 #include "services/property_list_codec.h"
+#include "services/write_all.h"
 
 namespace vantle {
 namespace {
@@ -22,24 +23,6 @@ void warn(const std::string& text) {
 
 std::string errorText(int error) {
     return std::generic_category().message(error);
-}
-
-// Writes all of text to fd, retrying short writes and interruptions.
-bool writeAll(int fd, const std::string& text) {
-    const char* data = text.data();
-    std::size_t left = text.size();
-    while (left > 0) {
-        const ssize_t written = ::write(fd, data, left);
-        if (written < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
-            return false;
-        }
-        data += written;
-        left -= static_cast<std::size_t>(written);
-    }
-    return true;
 }
 
 // Makes the rename itself durable; without it a power cut can bring the old file back.

@@ -15,6 +15,7 @@
 #include "services/login/install_location.h"
 #include "services/login/login_settings_commands.h"
 #include "services/workspace_linux.h"
+#include "services/write_all.h"
 
 namespace vantle {
 namespace {
@@ -31,23 +32,6 @@ std::filesystem::path homeDirectory() {
         return entry->pw_dir;
     }
     return {};
-}
-
-bool writeAll(int fd, const std::string& text) {
-    const char* data = text.data();
-    std::size_t left = text.size();
-    while (left > 0) {
-        const ssize_t written = ::write(fd, data, left);
-        if (written < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
-            return false;
-        }
-        data += written;
-        left -= static_cast<std::size_t>(written);
-    }
-    return true;
 }
 
 // Writes a temporary file beside path, makes it durable and renames it over path, so that the
