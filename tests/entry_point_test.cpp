@@ -112,11 +112,12 @@ TEST_F(EntryPointTest, WithoutAnXServerTheChecksSeeNoScreen) {
     EXPECT_EQ(controls.exitStatus, 0);
 }
 
-TEST_F(EntryPointTest, NormalStartSaysPlainlyThatTheInterfaceIsMissing) {
+TEST_F(EntryPointTest, NormalStartWithoutAnXDisplaySaysWhereToRunIt) {
     testing::ChildResult result = run({});
-    EXPECT_EQ(result.exitStatus, 2);
+    EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.standardOutput, "");
-    EXPECT_NE(result.standardError.find("--verify-localization"), std::string::npos);
+    EXPECT_NE(result.standardError.find("no X display"), std::string::npos);
+    EXPECT_NE(result.standardError.find("scripts/run.sh"), std::string::npos);
 }
 
 }  // namespace
