@@ -6,7 +6,6 @@
 #include <chrono>
 #include <fstream>
 #include <csignal>
-#include <regex>
 #include <sstream>
 #include <thread>
 
@@ -43,7 +42,15 @@ protected:
 
     // The tray icon: a window of ours inside the tray host's panel.
     static bool trayIconShown() {
-        return std::regex_search(windowTree(), std::regex(R"("vantle-control": \("vantle-control" "vantle-control"\)\s+2[24]x2[24])"));
+        const std::string tree = windowTree();
+        const std::string ours = R"("vantle-control": ("vantle-control" "vantle-control"))";
+        for (std::size_t at = tree.find(ours); at != std::string::npos; at = tree.find(ours, at + 1)) {
+            const std::size_t size = tree.find_first_not_of(' ', at + ours.size());
+            if (size != std::string::npos && (tree.compare(size, 5, "22x22") == 0 || tree.compare(size, 5, "24x24") == 0)) {
+                return true;
+            }
+        }
+        return false;
     }
 
     static bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds atMost) {
@@ -73,13 +80,14 @@ protected:
         std::istringstream ids(found.standardOutput);
         for (std::string id; std::getline(ids, id);) {
             const std::string info = runChild("/usr/bin/xdotool", {"getwindowgeometry", "--shell", id}).standardOutput;
-            Geometry geometry;
-            std::smatch match;
-            if (std::regex_search(info, match, std::regex(R"(X=(-?\d+)\s+Y=(-?\d+)\s+WIDTH=(\d+)\s+HEIGHT=(\d+))"))) {
-                geometry = {std::stoi(match[1]), std::stoi(match[2]), std::stoi(match[3]), std::stoi(match[4])};
-                if (geometry.width > 100) {
-                    return geometry;
-                }
+            // Lines of NAME=value; the four we need are numbers.
+            const auto value = [&info](const std::string& key) {
+                const std::size_t at = info.find("\n" + key + "=");
+                return at == std::string::npos ? 0 : std::atoi(info.c_str() + at + key.size() + 2);
+            };
+            const Geometry geometry{value("X"), value("Y"), value("WIDTH"), value("HEIGHT")};
+            if (geometry.width > 100) {
+                return geometry;
             }
         }
         return std::nullopt;
