@@ -89,7 +89,6 @@ void App::finishAfterParentExits(int pid, int retries) {
     // The instance that asked for this one ends first, so that two copies never hold the keys,
     // the tray icon and the timers at the same time.
     if (::kill(pid, 0) == 0 && retries < kParentProbes) {
-        QPointer<App> self(this);
         QTimer::singleShot(kParentProbeInterval, this, [this, pid, retries] { finishAfterParentExits(pid, retries + 1); });
         return;
     }
