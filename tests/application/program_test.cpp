@@ -149,6 +149,9 @@ TEST_F(ProgramTest, ShowsItsTrayIconAndOpensThePopoverOnAClick) {
     EXPECT_TRUE(waitFor([] { return sinkLevel("studio") < 0.49f; }, 3s)) << sinkLevel("studio");
 }
 
+// Resident memory says something only about the optimised program: the address
+// sanitizer keeps freed blocks in quarantine and grows by design.
+#if !defined(__SANITIZE_ADDRESS__)
 TEST_F(ProgramTest, SurvivesTimerTicksWithoutGrowing) {
     auto program = start({"--suppress-keyboard-invitation"});
     ASSERT_TRUE(waitFor(trayIconShown, 5s));
@@ -159,6 +162,7 @@ TEST_F(ProgramTest, SurvivesTimerTicksWithoutGrowing) {
     ASSERT_GT(before, 0);
     EXPECT_LT(after - before, 1024) << before << " kB, then " << after << " kB";
 }
+#endif
 
 TEST_F(ProgramTest, PreviewShowsTheSettingsAndTakesNoKeys) {
     auto program = start({"--preview-localization"});
