@@ -100,6 +100,11 @@ void App::finishLaunching() {
         return;
     }
     launched_ = true;
+    if (claimInstance_ && !claimInstance_()) {
+        // Exit is queued: this may run before the event loop does.
+        QTimer::singleShot(0, this, [this] { endEventLoop(); });
+        return;
+    }
     defaults_.registerDefaults({{std::string(settings::kLinked), true}});
     // A tray utility: closing its last window does not end it.
     QApplication::setQuitOnLastWindowClosed(false);
@@ -231,7 +236,7 @@ void App::changeSettingsPage(int page) {
 void App::quit() {
     if (applicationShouldTerminate(languageRelaunch_.relaunchingForLanguage, updates_.installingUpdate(), volume_, *this) ==
         QuitAnswer::terminateNow) {
-        QCoreApplication::quit();
+        endEventLoop();
     }
 }
 
@@ -239,7 +244,13 @@ void App::endSession() {
     if (volume_.muted()) {
         volume_.unmute();
     }
-    QCoreApplication::quit();
+    endEventLoop();
+}
+
+void App::endEventLoop() {
+    // Not QCoreApplication::quit(): that first asks every shown window to close, and the settings
+    // window only hides, which would cancel the end while it is shown.
+    QCoreApplication::exit(0);
 }
 
 bool App::ask(const std::string& message, const std::string& informative, const std::string& first,

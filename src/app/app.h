@@ -65,6 +65,9 @@ public:
     void applicationDidFinishLaunching();
     void finishAfterParentExits(int pid, int retries);
     void finishLaunching();
+    // Called first by finishLaunching: false when another copy runs in this session and has been
+    // asked to show itself, and this one is to end instead.
+    void setInstanceClaim(std::function<bool()> claim) { claimInstance_ = std::move(claim); }
     // The program was started again while running: bring the settings forward.
     void applicationShouldHandleReopen();
     // A quit request from the interface: asks, gives muted levels back, then ends the event loop.
@@ -72,6 +75,7 @@ public:
     // The session is ending (SIGTERM, SIGINT, SIGHUP): nobody is there to answer a question, so
     // the levels are given back without asking and the program ends.
     void endSession();
+    void endEventLoop();
 
     // The popover and the settings window's pages.
     void togglePopover();
@@ -172,6 +176,7 @@ private:
     UpdateController updates_;
 
     bool launched_ = false;
+    std::function<bool()> claimInstance_;
 
     // The interface. Windows are created once and only hidden afterwards.
     std::unique_ptr<QMenu> mainMenu_;

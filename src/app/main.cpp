@@ -4,15 +4,21 @@
 
 #include <QApplication>
 #include <QSocketNotifier>
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "app/app.h"
 #include "app/check_modes.h"
 #include "app/display_backends.h"
+#include "app/instance_name.h"
 #include "app/localization_check.h"
+#include "app/single_instance_linux.h"
 #include "app/switches.h"
 #include "audio/pulse/audio_hal_pulse.h"
 #include "services/standard_defaults.h"
@@ -47,6 +53,24 @@ void endSessionOnSignals(vantle::App& app) {
     }
 }
 
+// One copy of the program per session: a later start shows the running copy's settings and ends.
+// A copy that holds the name but does not answer is ending right now, so the name is tried again
+// for a moment before giving up.
+bool claimSessionOrHandOver(vantle::SingleInstance& instance, vantle::App& app) {
+    for (int attempt = 0; attempt < 10; ++attempt) {
+        if (instance.claim([&app] { app.applicationShouldHandleReopen(); })) {
+            return true;
+        }
+        if (instance.askRunningCopyToReopen()) {
+            std::fprintf(stderr, "vantle-control: already running in this session; its settings window is brought forward.\n");
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    }
+    std::fprintf(stderr, "vantle-control: another copy holds this session but does not answer; this one ends.\n");
+    return false;
+}
+
 int runApplication(vantle::UserDefaults& defaults, vantle::DisplayBackends& displays,
                    const std::vector<std::string>& arguments) {
     if (!displays.hasWindowSystem()) {
@@ -58,6 +82,13 @@ int runApplication(vantle::UserDefaults& defaults, vantle::DisplayBackends& disp
     vantle::PulseAudioHal audio;
     vantle::App app(audio, defaults, displays, arguments);
     endSessionOnSignals(app);
+    // A look at the texts of a language takes nothing of the session, so it may run beside it.
+    const bool preview = std::find(arguments.begin(), arguments.end(), "--preview-localization") != arguments.end();
+    const char* display = std::getenv("DISPLAY");
+    vantle::SingleInstance instance(vantle::instanceName(::getuid(), display ? std::optional<std::string>(display) : std::nullopt));
+    if (!preview) {
+        app.setInstanceClaim([&instance, &app] { return claimSessionOrHandOver(instance, app); });
+    }
     app.applicationDidFinishLaunching();
     return QApplication::exec();
 }

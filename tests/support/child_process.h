@@ -40,6 +40,9 @@ public:
     int pid() const { return pid_; }
     // Sends the signal and reaps the child.
     void killAndWait(int signal);
+    // Waits for the child to end by itself and reaps it: its exit status, or 128 + the signal
+    // that ended it. Empty when it still runs after atMost; it is then left running.
+    std::optional<int> waitForExit(std::chrono::milliseconds atMost);
 
 private:
     int pid_ = -1;
