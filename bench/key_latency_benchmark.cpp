@@ -225,14 +225,23 @@ void print(const char* what, const Figures& figures) {
 
 }  // namespace
 
+// key_latency_benchmark [presses] [--on-current-servers]: the second switch measures on the X
+// and sound servers of the environment (DISPLAY, PULSE_SERVER), which must be private ones such
+// as scripts/footprint.sh starts, instead of starting a pair of its own.
 int main(int argc, char** argv) {
-    const int presses = argc > 1 ? std::atoi(argv[1]) : 200;
-    vantle::bench::PrivateServer x(VANTLE_X_SERVER_SCRIPT);
-    vantle::bench::PrivateServer sound(VANTLE_SOUND_SERVER_SCRIPT);
-    ::setenv("DISPLAY", readEnvValue(x.folder() + "/env").c_str(), 1);
-    ::setenv("PULSE_SERVER", readEnvValue(sound.folder() + "/env").c_str(), 1);
-    const std::string home = x.folder() + "/home";
-    std::filesystem::create_directories(home);
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    const bool currentServers = std::find(arguments.begin(), arguments.end(), "--on-current-servers") != arguments.end();
+    const int presses = !arguments.empty() && arguments[0] != "--on-current-servers" ? std::atoi(arguments[0].c_str()) : 200;
+    std::optional<vantle::bench::PrivateServer> x;
+    std::optional<vantle::bench::PrivateServer> sound;
+    if (!currentServers) {
+        x.emplace(VANTLE_X_SERVER_SCRIPT);
+        sound.emplace(VANTLE_SOUND_SERVER_SCRIPT);
+        ::setenv("DISPLAY", readEnvValue(x->folder() + "/env").c_str(), 1);
+        ::setenv("PULSE_SERVER", readEnvValue(sound->folder() + "/env").c_str(), 1);
+    }
+    std::string pattern = (std::filesystem::temp_directory_path() / "vantle-bench-home-XXXXXX").string();
+    const std::string home = ::mkdtemp(pattern.data());
     ::setenv("HOME", home.c_str(), 1);
     ::setenv("XDG_CONFIG_HOME", home.c_str(), 1);
     vantle::bench::shell("pactl set-default-sink studio && pactl set-sink-volume studio 50%");
@@ -260,5 +269,6 @@ int main(int argc, char** argv) {
     if (peerVolume.median > 0) {
         std::printf("median ratio (ours / peer): %.3f\n", ourVolume.median / peerVolume.median);
     }
+    std::filesystem::remove_all(home);
     return ourVolume.count == 0 || peerVolume.count == 0 ? 1 : 0;
 }
