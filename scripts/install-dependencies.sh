@@ -22,6 +22,9 @@ packages=(
   trayer                         # a tray host on the private X server, so the tray icon shows
   pasystray xbindkeys            # the tray applet and key-binding setup we compare ourselves with
   libxcb-xtest0-dev              # key presses sent straight to the X server by the latency benchmark
+  clang libclang-rt-14-dev       # the fuzz targets (libFuzzer)
+  dpkg-dev fakeroot              # the Debian package: its dependencies (dpkg-shlibdeps), a throwaway install
+  desktop-file-utils appstream groff-base  # checks of the installed menu entry, metainfo and manual page
 )
 
 missing=()

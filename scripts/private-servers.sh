@@ -7,6 +7,11 @@ start_private_servers() {
   local scripts_dir=$PRIVATE_SERVERS_SCRIPTS
   PRIVATE_SERVERS_DIR=$(mktemp -d "${TMPDIR:-/tmp}/vantle-servers-XXXXXX")
   trap stop_private_servers EXIT
+  # Qt wants a private runtime folder; a headless machine often has none.
+  if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
+    mkdir -m 700 "$PRIVATE_SERVERS_DIR/runtime"
+    export XDG_RUNTIME_DIR=$PRIVATE_SERVERS_DIR/runtime
+  fi
   for server in "$@"; do
     case $server in
       x)

@@ -5,7 +5,11 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
+step() { printf '\n== %s\n' "$*"; }
+
+step "Installing the Debian packages the build needs (only the missing ones)"
 bash scripts/install-dependencies.sh
+step "Building the program in build/run (a few minutes on 2 cores the first time)"
 cmake -S . -B build/run -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVANTLE_TESTS=OFF >/dev/null
 cmake --build build/run -j"$(nproc)" --target vantle-control screenshot_tool vantle_resources
 
@@ -20,7 +24,7 @@ if ! pactl info >/dev/null 2>&1; then
   wanted+=(sound)
 fi
 if [ ${#wanted[@]} -gt 0 ]; then
-  echo "Starting a private ${wanted[*]} server for this run."
+  step "Starting a private ${wanted[*]} server for this run"
   start_private_servers "${wanted[@]}"
 fi
 
@@ -29,8 +33,11 @@ if [ $# -gt 0 ]; then
   "$program" "$@"
   exit
 fi
+step "Checking the texts of the language in use"
 "$program" --verify-localization
+step "Sound outputs and displays the program finds"
 "$program" --diagnose
+step "Starting Vantle Control"
 if ! $private_display; then
   exec "$program"
 fi
@@ -38,7 +45,12 @@ fi
 "$program" --show-settings &
 program_pid=$!
 trap 'kill $program_pid 2>/dev/null; wait $program_pid 2>/dev/null; stop_private_servers' EXIT
-sleep 3
+# The tray icon sits at the right end of the tray host's panel; it is clicked once it is shown.
+for _ in $(seq 150); do
+  xwininfo -root -tree 2>/dev/null | grep -q '("vantle-control" "vantle-control") *2[24]x2[24]' && break
+  sleep 0.1
+done
+sleep 0.5
 xdotool mousemove 1908 12 click 1
 sleep 1
 build/run/bin/screenshot_tool build/run/screenshot.png 0 0 1920 1080
