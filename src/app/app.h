@@ -76,6 +76,10 @@ public:
     // the levels are given back without asking and the program ends.
     void endSession();
     void endEventLoop();
+    // The X display went away (see display_loss_linux.h): gives the muted levels back, and the
+    // gamma ramps where the X server still answers, without touching any window.
+    enum class DisplayLossOutcome { nothingMuted, levelsGivenBack, levelsKept };
+    DisplayLossOutcome displayWentAway();
 
     // The popover and the settings window's pages.
     void togglePopover();

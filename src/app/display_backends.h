@@ -20,6 +20,9 @@ public:
     virtual bool hasWindowSystem() const = 0;
     // The attached displays changed: match each native control to its displays again.
     virtual void matchNativeControls() = 0;
+    // The window system's connection broke: puts back the gamma ramps of dimmed displays if the
+    // X server still answers a fresh connection. Nothing else of the old connection is used.
+    virtual void displayWentAway() = 0;
 
     // Connects to the window system when it can be reached. argc and argv are the process's own,
     // which the toolkit keeps for its whole life.

@@ -60,6 +60,7 @@ public:
     Brightness& brightness() override { return brightness_; }
     bool hasWindowSystem() const override { return false; }
     void matchNativeControls() override {}
+    void displayWentAway() override {}
 
 private:
     NoScreens screens_;
@@ -98,6 +99,18 @@ public:
             }
         }
         ddc_.updateDisplays(external);
+    }
+
+    // When only our connection was cut (the server ended it, say), the server still shows the
+    // dimmed ramps and a fresh connection can put them back. When the server itself is gone,
+    // the saved ramps stay on disk for the next start.
+    void displayWentAway() override {
+        xcb_connection_t* fresh = xcb_connect(nullptr, nullptr);
+        if (xcb_connection_has_error(fresh) == 0) {
+            X11ScreenSystem screens(fresh);
+            restoreSavedGammaRamps(fresh, screens, savedRamps_);
+        }
+        xcb_disconnect(fresh);
     }
 
 private:

@@ -16,6 +16,7 @@
 #include "app/app.h"
 #include "app/check_modes.h"
 #include "app/display_backends.h"
+#include "app/display_loss_linux.h"
 #include "app/instance_name.h"
 #include "app/localization_check.h"
 #include "app/single_instance_linux.h"
@@ -90,6 +91,7 @@ int runApplication(vantle::UserDefaults& defaults, vantle::DisplayBackends& disp
         app.setInstanceClaim([&instance, &app] { return claimSessionOrHandOver(instance, app); });
     }
     app.applicationDidFinishLaunching();
+    const vantle::DisplayLossWatch displayLoss(app);
     return QApplication::exec();
 }
 
