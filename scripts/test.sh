@@ -24,3 +24,5 @@ echo "== Sanitizer build (address, undefined behaviour)"
 ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
   LSAN_OPTIONS=suppressions=$PWD/scripts/sanitizer-suppressions.txt:print_suppressions=0 \
   build_and_test build/sanitize -DVANTLE_SANITIZE=ON
+echo "== Fuzzing the parsers (${FUZZ_SECONDS:-20} s a target; FUZZ_SECONDS=600 for a long run)"
+bash scripts/fuzz.sh

@@ -20,6 +20,44 @@ std::optional<std::uint32_t> displayOfTag(std::int64_t tag) {
     return static_cast<std::uint32_t>(tag);
 }
 
+// Whether a number in decimal text (as the decimal parse accepted it) lies below 1 in size,
+// judged by the decimal exponent of its first significant digit; the exponent may be too large
+// for any integer type, so it is read only as far as it matters.
+bool isBelowOne(std::string_view number) {
+    std::size_t index = !number.empty() && (number.front() == '+' || number.front() == '-') ? 1 : 0;
+    std::int64_t leading = 0;  // the power of ten of the first significant digit
+    bool significant = false;
+    bool fraction = false;
+    for (; index < number.size(); ++index) {
+        const char c = number[index];
+        if (c == '.') {
+            fraction = true;
+        } else if (c < '0' || c > '9') {
+            break;
+        } else if (!fraction) {
+            leading += significant ? 1 : 0;
+            significant = significant || c != '0';
+        } else if (!significant) {
+            --leading;
+            significant = c != '0';
+        }
+    }
+    if (!significant) {
+        return true;
+    }
+    std::int64_t exponent = 0;
+    if (index < number.size() && (number[index] == 'e' || number[index] == 'E')) {
+        ++index;
+        const bool negative = index < number.size() && number[index] == '-';
+        index += index < number.size() && (number[index] == '-' || number[index] == '+') ? 1 : 0;
+        for (; index < number.size() && exponent < 1'000'000'000; ++index) {
+            exponent = exponent * 10 + (number[index] - '0');
+        }
+        exponent = negative ? -exponent : exponent;
+    }
+    return leading + exponent < 0;
+}
+
 }  // namespace
 
 std::optional<float> parsePercentage(std::string_view text) {
@@ -37,11 +75,26 @@ std::optional<float> parsePercentage(std::string_view text) {
     }
     float value = 0;
     const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
-    if (number.empty() || error != std::errc{} || end != number.data() + number.size()) {
+    if (number.empty() || end != number.data() + number.size()) {
+        return std::nullopt;
+    }
+    if (error == std::errc::result_out_of_range) {
+        // A number too small for a float reads as 0, as the usual decimal parse rounds it;
+        // one too large stays rejected.
+        if (!isBelowOne(number)) {
+            return std::nullopt;
+        }
+        value = 0.0f;
+    } else if (error != std::errc{}) {
         return std::nullopt;
     }
     if (!(value >= 0.0f && value <= 100.0f)) {
         return std::nullopt;
+    }
+    // "-0" is accepted as 0, and must not carry its sign into the level, where a later
+    // percentage would show it as "-0".
+    if (value == 0.0f) {
+        return 0.0f;
     }
     return value / 100.0f;
 }

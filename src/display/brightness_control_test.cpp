@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <string>
+
 #include "display/testing/fake_displays.h"
 #include "localization/localization.h"
 #include "services/testing/memory_defaults_store.h"
@@ -122,6 +125,29 @@ TEST_F(BrightnessControlTest, TypedPercentages) {
     EXPECT_EQ(parsePercentage("+40"), 0.4f);
     for (const char* rejected : {"101", "-1", "abc", "", " 5", "5 ", "5%", "1,2,3", "nan", "inf", "+-3"}) {
         EXPECT_FALSE(parsePercentage(rejected).has_value()) << rejected;
+    }
+}
+
+TEST_F(BrightnessControlTest, NegativeZeroPercentageGivesAPositiveZeroLevel) {
+    for (const char* zero : {"-0", "-0,0", "-0.000", "-0e5"}) {
+        const std::optional<float> level = parsePercentage(zero);
+        ASSERT_TRUE(level.has_value()) << zero;
+        EXPECT_FALSE(std::signbit(*level)) << zero;
+    }
+}
+
+TEST_F(BrightnessControlTest, PercentageTooSmallForAFloatReadsAsZeroAndTooLargeIsRejected) {
+    const std::string manyZeros = "0," + std::string(60, '0') + "1";
+    for (const std::string& tiny :
+         {std::string("1e-50"), std::string("-1e-60"), manyZeros, std::string("0.1e-99999999999")}) {
+        const std::optional<float> level = parsePercentage(tiny);
+        ASSERT_TRUE(level.has_value()) << tiny;
+        EXPECT_EQ(*level, 0.0f) << tiny;
+        EXPECT_FALSE(std::signbit(*level)) << tiny;
+    }
+    EXPECT_NEAR(*parsePercentage("1e-40"), 1e-42f, 1e-44f);
+    for (const char* huge : {"1e39", "1000e99999999999", "0,001e50"}) {
+        EXPECT_FALSE(parsePercentage(huge).has_value()) << huge;
     }
 }
 

@@ -4,6 +4,7 @@
 #include <plist/plist.h>
 
 #include <cstdlib>
+#include <string>
 
 #include "dock/testing/fake_dock_tools.h"
 #include "localization/localization.h"
@@ -84,6 +85,17 @@ TEST(TileListTest, AppListThatIsNoArrayOfDictionariesIsAMismatch) {
         tileListFromExport(xml(Dictionary{{"persistent-apps", Array{Dictionary{}, PlistValue("x")}}}), kMismatch)
             .error(),
         kMismatch);
+}
+
+TEST(TileListTest, TileTextWithANulByteIsReadUpToItInsteadOfStoppingTheProgram) {
+    using namespace std::string_literals;
+    const std::string exported =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
+        "<key>persistent-apps</key><array><dict><key>tile-type</key><string>spacer-tile\0\xFF</string></dict>"
+        "</array></dict></plist>"s;
+    const auto tiles = tileListFromExport(exported, kMismatch);
+    ASSERT_TRUE(tiles);
+    EXPECT_EQ(*tiles, (Array{Dictionary{{"tile-type", "spacer-tile"}}}));
 }
 
 TEST(DockTilesTest, ReadsTheListThroughDefaultsExport) {

@@ -6,6 +6,8 @@
 #include <limits>
 #include <memory>
 
+#include "services/property_list_shape.h"
+
 namespace vantle {
 namespace {
 
@@ -21,7 +23,7 @@ using MallocText = std::unique_ptr<char, MallocFree>;
 
 // Property lists from other programs can nest deeply; past this depth a file is treated as
 // broken rather than risking the stack.
-constexpr int kMaxDepth = 256;
+constexpr int kMaxDepth = kPropertyListMaxDepth;
 
 std::optional<PlistValue> fromNode(plist_t node, int depth);
 
@@ -94,10 +96,16 @@ std::optional<PlistValue> fromNode(plist_t node, int depth) {
         return PlistValue(value);
     }
     case PLIST_STRING: {
-        char* raw = nullptr;
-        plist_get_string_val(node, &raw);
-        MallocText text(raw);
-        return PlistValue(std::string(text ? text.get() : ""));
+        // A string may hold NUL bytes (a damaged file, or a binary list from elsewhere).
+        // libplist's own copying accessor asserts against them and would stop the program, so
+        // the text is read in place and, as libplist reads dictionary keys, ends at the first NUL.
+        uint64_t length = 0;
+        const char* text = plist_get_string_ptr(node, &length);
+        if (text == nullptr) {
+            return PlistValue(std::string());
+        }
+        const std::string_view whole(text, static_cast<std::size_t>(length));
+        return PlistValue(std::string(whole.substr(0, whole.find('\0'))));
     }
     case PLIST_DATA: {
         char* raw = nullptr;
@@ -158,15 +166,34 @@ plist_t toNode(const PlistValue& value) {
     return node;
 }
 
+// libplist's dictionary accessors stop the program (a failed assertion) on a key that holds a
+// NUL byte, which only its binary reader produces; its XML reader ends such text at the NUL. So
+// a binary list is read through its XML form, which also makes it read exactly as it will after
+// our own XML rewrite.
+PlistPtr throughXml(PlistPtr root) {
+    char* xml = nullptr;
+    uint32_t length = 0;
+    plist_to_xml(root.get(), &xml, &length);
+    plist_t reparsed = nullptr;
+    if (xml != nullptr && length > 0) {
+        plist_from_xml(xml, length, &reparsed);
+    }
+    plist_to_xml_free(xml);
+    return PlistPtr(reparsed);
+}
+
 }  // namespace
 
 std::optional<PlistValue> parsePropertyList(std::string_view bytes) {
-    if (bytes.empty() || bytes.size() > std::numeric_limits<uint32_t>::max()) {
+    if (bytes.empty() || bytes.size() > std::numeric_limits<uint32_t>::max() || !hasReadablePropertyListShape(bytes)) {
         return std::nullopt;
     }
     plist_t raw = nullptr;
     plist_from_memory(bytes.data(), static_cast<uint32_t>(bytes.size()), &raw);
     PlistPtr root(raw);
+    if (root != nullptr && bytes.starts_with("bplist")) {
+        root = throughXml(std::move(root));
+    }
     return fromNode(root.get(), 0);
 }
 
