@@ -3,6 +3,8 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QGuiApplication>
+#include <QPixmapCache>
 #include <QSocketNotifier>
 #include <algorithm>
 #include <chrono>
@@ -25,6 +27,8 @@
 #include "services/standard_defaults.h"
 
 namespace {
+
+constexpr int kPixmapCacheKilobytes = 1024;
 
 // The session ends with one of these signals; they are turned into an event of the loop, so that
 // the muted levels are given back on the main thread before the program ends.
@@ -80,6 +84,11 @@ int runApplication(vantle::UserDefaults& defaults, vantle::DisplayBackends& disp
                      "Start it from a desktop session, or run scripts/run.sh, which starts a private one.\n");
         return 1;
     }
+    // Ties the windows to the installed menu entry, whose name and icon the desktop then shows.
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.orlend.VantleControl"));
+    // The style keeps rendered pieces of controls in a cache of 10 MB by default, which a popover
+    // rebuilt at every opening fills bit by bit; a program that runs all day keeps it small.
+    QPixmapCache::setCacheLimit(kPixmapCacheKilobytes);
     vantle::PulseAudioHal audio;
     vantle::App app(audio, defaults, displays, arguments);
     endSessionOnSignals(app);

@@ -1,0 +1,34 @@
+#pragma once
+
+// Finding and clicking the program's windows on the private X server with xwininfo and xdotool,
+// the way a user's pointer would reach them.
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace vantle::testing {
+
+struct Geometry {
+    int x = 0, y = 0, width = 0, height = 0;
+};
+
+struct Point {
+    int x = 0, y = 0;
+};
+
+// Asks condition every 50 ms until it answers true or atMost has passed; its last answer.
+bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds atMost);
+
+// The geometry of the visible window named name (an exact title) that is wider than 100 pixels.
+std::optional<Geometry> windowNamed(const std::string& name);
+
+// The centre of the program's tray icon inside the tray host, in root coordinates; absent while
+// the icon is not embedded.
+std::optional<Point> trayIconCentre();
+
+void clickAt(Point point);
+// Presses the first button at from, moves to to in a few steps and lets go there.
+void dragFrom(Point from, Point to);
+
+}  // namespace vantle::testing
