@@ -7,8 +7,10 @@
 #undef explicit
 
 #include <QCoreApplication>
+#include <chrono>
 #include <cstdlib>
 #include <memory>
+#include <thread>
 #include <vector>
 
 namespace vantle {
@@ -24,6 +26,10 @@ constexpr std::uint16_t kLockCombinations[] = {0, XCB_MOD_MASK_LOCK, XCB_MOD_MAS
 // A plain press, the fine step (Shift+Alt), and Shift or Alt alone, which make an ordinary step:
 // a key pressed with half of the fine step's modifiers still means the key.
 constexpr std::uint16_t kStepModifiers[] = {0, XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_1, XCB_MOD_MASK_SHIFT, XCB_MOD_MASK_1};
+
+// How often a refused grab is tried, and the pause between the tries.
+constexpr int kGrabAttempts = 3;
+constexpr std::chrono::milliseconds kGrabRetryPause{40};
 
 // Every keycode whose key symbols include one of the media keys'.
 std::map<std::uint8_t, int> mediaKeycodes(xcb_connection_t* connection) {
@@ -80,6 +86,25 @@ bool X11KeyTap::start(std::function<void(const MediaKeyEvent&)> onKey) {
     if (keys_.empty()) {
         return false;
     }
+    // A program may hold a key for a moment only (a probe, a desktop rebinding its shortcuts), so
+    // a refused grab is tried again shortly before the keys count as held by another program.
+    for (int attempt = 1; !grabAll(); ++attempt) {
+        ungrabAll();
+        if (attempt == kGrabAttempts) {
+            keys_.clear();
+            return false;
+        }
+        std::this_thread::sleep_for(kGrabRetryPause);
+    }
+    askForDetectableAutoRepeat(connection_);
+    onKey_ = std::move(onKey);
+    down_.clear();
+    QCoreApplication::instance()->installNativeEventFilter(this);
+    running_ = true;
+    return true;
+}
+
+bool X11KeyTap::grabAll() {
     std::vector<xcb_void_cookie_t> grabs;
     for (const auto& [keycode, key] : keys_) {
         for (std::uint16_t step : kStepModifiers) {
@@ -89,7 +114,7 @@ bool X11KeyTap::start(std::function<void(const MediaKeyEvent&)> onKey) {
             }
         }
     }
-    // Another program holding any of the keys refuses that grab: then take none, so that the
+    // Another program holding any of the keys refuses that grab: then none is kept, so that the
     // keys stay wholly with the program that has them.
     bool refused = false;
     for (const xcb_void_cookie_t& grab : grabs) {
@@ -97,17 +122,7 @@ bool X11KeyTap::start(std::function<void(const MediaKeyEvent&)> onKey) {
             refused = true;
         }
     }
-    if (refused) {
-        ungrabAll();
-        keys_.clear();
-        return false;
-    }
-    askForDetectableAutoRepeat(connection_);
-    onKey_ = std::move(onKey);
-    down_.clear();
-    QCoreApplication::instance()->installNativeEventFilter(this);
-    running_ = true;
-    return true;
+    return !refused;
 }
 
 void X11KeyTap::stop() {

@@ -27,6 +27,8 @@ public:
 
 private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+    // Grabs every media key with every modifier; false, with some perhaps kept, when one was refused.
+    bool grabAll();
     void ungrabAll();
 
     xcb_connection_t* connection_;

@@ -1,8 +1,6 @@
 #include "fault_program.h"
 
-#include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <xcb/randr.h>
@@ -18,43 +16,10 @@
 #include "services/property_list_codec.h"
 #include "support/child_process.h"
 
-extern char** environ;
-
 namespace vantle::testing {
 namespace {
 
 using namespace std::chrono_literals;
-
-std::vector<std::string> mergedEnvironment(const std::map<std::string, std::optional<std::string>>& changes) {
-    std::map<std::string, std::string> merged;
-    for (char** entry = environ; *entry != nullptr; ++entry) {
-        const std::string text(*entry);
-        if (const std::size_t equals = text.find('='); equals != std::string::npos) {
-            merged[text.substr(0, equals)] = text.substr(equals + 1);
-        }
-    }
-    for (const auto& [name, value] : changes) {
-        if (value) {
-            merged[name] = *value;
-        } else {
-            merged.erase(name);
-        }
-    }
-    std::vector<std::string> list;
-    for (const auto& [name, value] : merged) {
-        list.push_back(name + "=" + value);
-    }
-    return list;
-}
-
-std::vector<char*> pointers(std::vector<std::string>& strings) {
-    std::vector<char*> result;
-    for (std::string& string : strings) {
-        result.push_back(string.data());
-    }
-    result.push_back(nullptr);
-    return result;
-}
 
 ProgramEnd endFromStatus(int status) {
     ProgramEnd end;
@@ -71,26 +36,7 @@ ProgramEnd endFromStatus(int status) {
 
 ProgramProcess::ProgramProcess(const std::string& program, const std::vector<std::string>& arguments,
                                const std::map<std::string, std::optional<std::string>>& environment) {
-    std::vector<std::string> argumentStrings{program};
-    argumentStrings.insert(argumentStrings.end(), arguments.begin(), arguments.end());
-    std::vector<std::string> environmentStrings = mergedEnvironment(environment);
-    std::vector<char*> argv = pointers(argumentStrings);
-    std::vector<char*> envp = pointers(environmentStrings);
-    const std::string output = (folder_.path() / "stdout").string();
-    const std::string error = (folder_.path() / "stderr").string();
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    posix_spawn_file_actions_addopen(&actions, 2, error.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    pid_t pid = -1;
-    const int failed = posix_spawn(&pid, program.c_str(), &actions, nullptr, argv.data(), envp.data());
-    posix_spawn_file_actions_destroy(&actions);
-    if (failed != 0) {
-        throw std::runtime_error("cannot start " + program + ": " + std::to_string(failed));
-    }
-    pid_ = pid;
+    pid_ = spawnChild(program, arguments, environment, folder_.path() / "stdout", folder_.path() / "stderr");
 }
 
 ProgramProcess::~ProgramProcess() {
@@ -130,33 +76,6 @@ ProgramEnd ProgramProcess::stop(int signal) {
 
 std::string ProgramProcess::standardError() const {
     return readFileContents(folder_.path() / "stderr").value_or("");
-}
-
-bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds atMost) {
-    const auto deadline = std::chrono::steady_clock::now() + atMost;
-    while (std::chrono::steady_clock::now() < deadline) {
-        if (condition()) {
-            return true;
-        }
-        std::this_thread::sleep_for(50ms);
-    }
-    return condition();
-}
-
-bool muteKeyTaken(const std::string& display) {
-    xcb_connection_t* connection = xcb_connect(display.empty() ? nullptr : display.c_str(), nullptr);
-    if (xcb_connection_has_error(connection) != 0) {
-        xcb_disconnect(connection);
-        return false;
-    }
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    const xcb_keycode_t mute = 121;  // XF86AudioMute in the X server's default keymap
-    xcb_generic_error_t* error = xcb_request_check(
-        connection, xcb_grab_key_checked(connection, 1, root, 0, mute, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
-    const bool taken = error != nullptr;
-    std::free(error);
-    xcb_disconnect(connection);
-    return taken;
 }
 
 bool programWindowAt(const std::string& geometry) {

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "desktop_windows.h"
 #include "support/temporary_directory.h"
 
 namespace vantle::testing {
@@ -45,13 +46,6 @@ private:
     int pid_ = -1;
     std::optional<ProgramEnd> end_;
 };
-
-// Polls condition every 50 ms until it holds or atMost has passed; its last answer.
-bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds atMost);
-
-// Whether some program holds the mute key on the X server of display (DISPLAY when empty):
-// our own grab of it is then refused.
-bool muteKeyTaken(const std::string& display = {});
 
 // Whether the window tree of DISPLAY shows a mapped window of the program at exactly this
 // geometry ("1920x1080+0+0"), which is how a shade or a full-screen window of ours looks.

@@ -37,7 +37,7 @@ protected:
 
     std::unique_ptr<ProgramProcess> startOnOwnServer() {
         auto program = start({"--suppress-keyboard-invitation"}, {{"DISPLAY", display_}});
-        EXPECT_TRUE(waitFor([this] { return muteKeyTaken(display_); }, 15s)) << program->standardError();
+        EXPECT_TRUE(waitFor([this] { return muteKeyTakenOn(display_); }, 15s)) << program->standardError();
         return program;
     }
 

@@ -1,8 +1,6 @@
 #include "observed_program.h"
 
-#include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,66 +8,19 @@
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <optional>
 #include <thread>
 
-extern char** environ;
+#include "support/child_process.h"
 
 namespace vantle::testing {
-namespace {
-
-std::vector<std::string> mergedEnvironment(const std::map<std::string, std::string>& overrides) {
-    std::map<std::string, std::string> merged;
-    for (char** entry = environ; *entry != nullptr; ++entry) {
-        const std::string text(*entry);
-        const std::size_t equals = text.find('=');
-        if (equals != std::string::npos) {
-            merged[text.substr(0, equals)] = text.substr(equals + 1);
-        }
-    }
-    for (const auto& [name, value] : overrides) {
-        merged[name] = value;
-    }
-    std::vector<std::string> list;
-    for (const auto& [name, value] : merged) {
-        list.push_back(name + "=" + value);
-    }
-    return list;
-}
-
-std::vector<char*> pointers(std::vector<std::string>& strings) {
-    std::vector<char*> result;
-    for (std::string& string : strings) {
-        result.push_back(string.data());
-    }
-    result.push_back(nullptr);
-    return result;
-}
-
-}  // namespace
 
 ObservedProgram::ObservedProgram(const std::string& program, const std::vector<std::string>& arguments,
                                  const std::map<std::string, std::string>& environment, std::filesystem::path errorLog)
     : errorLog_(std::move(errorLog)) {
-    std::vector<std::string> argumentStrings{program};
-    argumentStrings.insert(argumentStrings.end(), arguments.begin(), arguments.end());
-    std::vector<std::string> environmentStrings = mergedEnvironment(environment);
-    std::vector<char*> argv = pointers(argumentStrings);
-    std::vector<char*> envp = pointers(environmentStrings);
-
-    // A file rather than a pipe: nobody has to keep reading while the program runs for minutes,
-    // and the report of a sanitizer written at exit is complete once the process is reaped.
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 2, errorLog_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND, 0600);
-    posix_spawn_file_actions_adddup2(&actions, 2, 1);
-    pid_t pid = -1;
-    const int error = posix_spawn(&pid, program.c_str(), &actions, nullptr, argv.data(), envp.data());
-    posix_spawn_file_actions_destroy(&actions);
-    if (error != 0) {
-        throw std::runtime_error("cannot start " + program + ": " + std::to_string(error));
-    }
-    pid_ = pid;
+    std::map<std::string, std::optional<std::string>> changes(environment.begin(), environment.end());
+    // Both outputs in one file, in the order written: a sanitizer's report follows what led to it.
+    pid_ = spawnChild(program, arguments, changes, errorLog_, errorLog_);
 }
 
 ObservedProgram::~ObservedProgram() {

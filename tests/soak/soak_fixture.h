@@ -51,7 +51,6 @@ protected:
     void note(const std::string& action);
 
     // Whether our grab of the mute key is refused because some program, ours, holds it.
-    static bool muteKeyTaken();
     std::optional<Geometry> popover() const;
     std::optional<Geometry> settingsWindow() const;
     bool openPopover();

@@ -143,6 +143,34 @@ ChildResult runChild(const std::string& program, const std::vector<std::string>&
     return result;
 }
 
+int spawnChild(const std::string& program, const std::vector<std::string>& arguments,
+               const std::map<std::string, std::optional<std::string>>& environment,
+               const std::filesystem::path& outputFile, const std::filesystem::path& errorFile) {
+    const auto open = [](const std::filesystem::path& file) {
+        return file.empty() ? -1 : ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0600);
+    };
+    const int output = open(outputFile);
+    const int error = errorFile == outputFile ? output : open(errorFile);
+    const auto closeFiles = [output, error] {
+        if (output >= 0) {
+            ::close(output);
+        }
+        if (error >= 0 && error != output) {
+            ::close(error);
+        }
+    };
+    ChildOptions options;
+    options.environment = environment;
+    try {
+        const int pid = spawn(program, arguments, options, output, error);
+        closeFiles();
+        return pid;
+    } catch (...) {
+        closeFiles();
+        throw;
+    }
+}
+
 RunningChild::RunningChild(const std::string& program, const std::vector<std::string>& arguments,
                            const ChildOptions& options)
     : pid_(spawn(program, arguments, options, -1, -1)) {}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <filesystem>
 #include <map>
 #include <optional>
 #include <string>
@@ -27,6 +28,15 @@ struct ChildOptions {
 // Runs program with arguments, no standard input, and waits for it.
 ChildResult runChild(const std::string& program, const std::vector<std::string>& arguments,
                      const ChildOptions& options = {});
+
+// Starts program with arguments, no standard input, and its standard output and error written
+// to the files named (to /dev/null when a name is empty; one name for both interleaves them in
+// the order written). A file rather than a pipe: nobody has to keep reading while the child runs
+// for minutes, and what it writes as it ends is all there once it is reaped. The process id,
+// for the caller to reap; throws when the child cannot start.
+int spawnChild(const std::string& program, const std::vector<std::string>& arguments,
+               const std::map<std::string, std::optional<std::string>>& environment,
+               const std::filesystem::path& outputFile, const std::filesystem::path& errorFile);
 
 // A child left running, for tests that kill it at a moment of their choosing.
 class RunningChild {
