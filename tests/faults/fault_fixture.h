@@ -9,6 +9,12 @@
 
 namespace vantle::testing {
 
+// Settings that turn software dimming on, so that the brightness keys and sliders dim by shade
+// or gamma ramp on the private X server.
+inline constexpr const char* kSoftwareBrightness = R"(<?xml version="1.0" encoding="UTF-8"?>
+<plist version="1.0"><dict><key>softwareBrightness</key><true/></dict></plist>
+)";
+
 class FaultTest : public DesktopTest {
 protected:
     FaultTest() {

@@ -10,9 +10,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr const char* kSoftwareBrightness = R"(<?xml version="1.0" encoding="UTF-8"?>
-<plist version="1.0"><dict><key>softwareBrightness</key><true/></dict></plist>
-)";
 constexpr const char* kLeft = "1920x1080+0+0";
 constexpr const char* kRight = "1280x1024+1920+0";
 

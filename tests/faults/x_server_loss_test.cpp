@@ -16,10 +16,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr const char* kSoftwareBrightness = R"(<?xml version="1.0" encoding="UTF-8"?>
-<plist version="1.0"><dict><key>softwareBrightness</key><true/></dict></plist>
-)";
-
 class XServerLossTest : public FaultTest {
 protected:
     XServerLossTest() {
