@@ -126,8 +126,10 @@ bool SoakTest::openPopover() {
     if (popover()) {
         return true;
     }
-    const std::optional<Point> icon = trayIconCentre();
-    if (!icon) {
+    // The window tree is read while on-screen displays come and go; a window that vanishes in the
+    // middle of the walk cuts the listing short, so the icon is looked for again for a moment.
+    std::optional<Point> icon;
+    if (!waitFor([&icon] { return (icon = trayIconCentre()).has_value(); }, 5s)) {
         return false;
     }
     clickAt(*icon);
