@@ -4,7 +4,8 @@
 set -euo pipefail
 
 packages=(
-  g++ cmake make pkg-config      # the toolchain
+  g++ cmake make ninja-build pkg-config  # the toolchain
+  ccache                         # compiled objects kept between builds of the same sources
   libplist-dev                   # property lists: the settings file
   libicu-dev                     # dates in each language's medium style
   libpulse-dev                   # talks to the sound server (PulseAudio or PipeWire's pulse server)
@@ -14,7 +15,8 @@ packages=(
   libxcb-xkb-dev                 # held media keys told apart from new presses (detectable auto-repeat)
   xvfb x11-xserver-utils xcompmgr xdotool  # a private X server with monitors, a compositor and key events for the tests
   libsystemd-dev dbus-daemon     # backlight writes through logind on the system bus; a private bus for its tests
-  libddcutil4                    # external monitors' brightness over DDC/CI, loaded only when a monitor needs it
+  libddcutil-dev                 # external monitors' brightness over DDC/CI: its declarations; the library
+                                 # (libddcutil4, pulled in) is loaded only when a monitor needs it
   libgtest-dev                   # unit and integration tests
   libbenchmark-dev               # benchmarks
   libcurl4-openssl-dev           # the update feed, fetched over HTTPS
