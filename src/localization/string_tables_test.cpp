@@ -27,7 +27,7 @@ std::set<std::string> placeholders(const std::string& text) {
 std::vector<std::string> expectedKeys() {
     std::vector<std::string> keys;
     for (int number = 0; number <= 153; ++number) {
-        char key[8];
+        char key[16];  // room for any int, so that no compiler sees a truncation
         std::snprintf(key, sizeof key, "s%03d", number);
         keys.emplace_back(key);
     }

@@ -14,6 +14,8 @@ add_library(vantle_ui_qt STATIC
 )
 set_target_properties(vantle_ui_qt PROPERTIES AUTOMOC ON)
 target_link_libraries(vantle_ui_qt PUBLIC vantle_ui vantle_services Qt6::Widgets Qt6::DBus)
+# Every file here starts with the toolkit's widget headers, which take most of its compile time.
+target_precompile_headers(vantle_ui_qt PRIVATE <QApplication> <QWidget>)
 
 vantle_add_test(ui_help_test
   SOURCES ${CMAKE_CURRENT_LIST_DIR}/help_navigation_test.cpp

@@ -54,7 +54,7 @@ protected:
     TemporaryDirectory home;
     PosixProcessRunner runner{world.toolDirectory()};
     MainQueue mainQueue;
-    DockCoordinator coordinator{runner, mainQueue.poster()};
+    DockCoordinator coordinator{runner, mainQueue.poster(), skipDockPauses()};
     MemoryDefaultsStore store;
     UserDefaults defaults{store};
     RecordingMessageLine line;

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "dock/dock_coordinator.h"
 #include "services/property_list.h"
 #include "stand_in_state.h"
 #include "support/child_process.h"
@@ -50,5 +52,11 @@ private:
     standin::StateFolder state_;
     std::unique_ptr<RunningChild> supervisor_;
 };
+
+// The stand-in killall returns only once a killed Dock runs again, which is what the coordinator's
+// pauses wait for with a real Dock; a coordinator given this sleep does not wait a second time.
+inline DockCoordinator::Sleep skipDockPauses() {
+    return [](std::chrono::milliseconds) {};
+}
 
 }  // namespace vantle::testing

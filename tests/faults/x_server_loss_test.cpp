@@ -50,15 +50,22 @@ protected:
     }
 
     // Ends the program's own client connection from outside, as xkill does: the server stays.
-    // The toolkit's selection owner window is always there and belongs to that connection.
+    // The toolkit's selection owner window is always there and belongs to that connection. The
+    // search walks the window tree, and an on-screen display that goes away during the walk cuts
+    // it short, so it is asked again for a moment.
     void cutProgramConnection() {
         ChildOptions options;
         options.environment["DISPLAY"] = display_;
-        const ChildResult found =
-            runChild("/usr/bin/xdotool", {"search", "--name", "^Qt Selection Owner for vantle-control$"}, options);
-        std::istringstream ids(found.standardOutput);
         std::string id;
-        ASSERT_TRUE(std::getline(ids, id)) << "no window of the program";
+        waitFor(
+            [&] {
+                const ChildResult found = runChild(
+                    "/usr/bin/xdotool", {"search", "--name", "^Qt Selection Owner for vantle-control$"}, options);
+                std::istringstream ids(found.standardOutput);
+                return static_cast<bool>(std::getline(ids, id));
+            },
+            5s);
+        ASSERT_FALSE(id.empty()) << "no window of the program";
         EXPECT_EQ(runChild("/usr/bin/xdotool", {"windowkill", id}, options).exitStatus, 0);
     }
 
