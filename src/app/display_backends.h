@@ -23,6 +23,10 @@ public:
     // The window system's connection broke: puts back the gamma ramps of dimmed displays if the
     // X server still answers a fresh connection. Nothing else of the old connection is used.
     virtual void displayWentAway() = 0;
+    // Undoes the dimming that an earlier copy of the program could not undo because it crashed,
+    // and forgets it. Only the copy that has just taken the session may call this: a check mode or
+    // a second start runs beside a copy whose dimming is still its own to undo.
+    virtual void undoDimmingOfAnEarlierCopy() = 0;
 
     // Connects to the window system when it can be reached. argc and argv are the process's own,
     // which the toolkit keeps for its whole life.

@@ -61,6 +61,7 @@ public:
     bool hasWindowSystem() const override { return false; }
     void matchNativeControls() override {}
     void displayWentAway() override {}
+    void undoDimmingOfAnEarlierCopy() override {}
 
 private:
     NoScreens screens_;
@@ -77,7 +78,6 @@ public:
           savedRamps_(savedRampDirectory(), std::getenv("DISPLAY")),
           shades_(connection_, screens_, savedRamps_),
           brightness_(chainNativeControls({&backlight_, &ddc_}), screens_, shades_, defaults, argumentList(argc, argv)) {
-        restoreSavedGammaRamps(connection_, screens_, savedRamps_);
         matchNativeControls();
     }
     ~X11DisplayBackends() override {
@@ -112,6 +112,10 @@ public:
         }
         xcb_disconnect(fresh);
     }
+
+    // The ramps an earlier copy saved before it dimmed are on disk until it undimmed; any still
+    // there belong to a copy that ended without doing so.
+    void undoDimmingOfAnEarlierCopy() override { restoreSavedGammaRamps(connection_, screens_, savedRamps_); }
 
 private:
     std::unique_ptr<QApplication> application_;

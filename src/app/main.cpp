@@ -97,7 +97,13 @@ int runApplication(vantle::UserDefaults& defaults, vantle::DisplayBackends& disp
     const char* display = std::getenv("DISPLAY");
     vantle::SingleInstance instance(vantle::instanceName(::getuid(), display ? std::optional<std::string>(display) : std::nullopt));
     if (!preview) {
-        app.setInstanceClaim([&instance, &app] { return claimSessionOrHandOver(instance, app); });
+        app.setInstanceClaim([&instance, &app, &displays] {
+            if (!claimSessionOrHandOver(instance, app)) {
+                return false;
+            }
+            displays.undoDimmingOfAnEarlierCopy();
+            return true;
+        });
     }
     app.applicationDidFinishLaunching();
     const vantle::DisplayLossWatch displayLoss(app);

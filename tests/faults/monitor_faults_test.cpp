@@ -1,9 +1,17 @@
 // Monitors removed and added again while the program dims them: shades follow the monitors
 // that are there, the program keeps running, and the dimming can still be undone exactly.
 #include <chrono>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "fault_fixture.h"
+#include "services/file_contents.h"
+#include "support/child_process.h"
+#include "support/temporary_directory.h"
 
 namespace vantle::testing {
 namespace {
@@ -72,6 +80,56 @@ TEST_F(MonitorFaultTest, GammaDimmedMonitorRemovedAndAddedIsStillRestoredExactly
     }
     EXPECT_TRUE(waitFor([undimmed] { return gammaTopOn(display()) == undimmed; }, 5s)) << gammaTopOn(display());
     EXPECT_TRUE(program->running()) << program->standardError();
+}
+
+// What a folder holds: each file's name and bytes.
+std::map<std::string, std::string> folderContents(const std::filesystem::path& folder) {
+    std::map<std::string, std::string> contents;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder, error)) {
+        if (entry.is_regular_file()) {
+            contents[entry.path().lexically_relative(folder).string()] = readFileContents(entry.path()).value_or("");
+        }
+    }
+    return contents;
+}
+
+// Only the copy that holds the session undoes the dimming that a crashed copy left: a check mode
+// or a second start runs beside a copy that is still dimming, and must leave its ramp and the
+// ramps it saved for a crash as they are.
+TEST_F(MonitorFaultTest, CheckModesAndASecondStartLeaveTheRunningCopysDimmingAlone) {
+    const TemporaryDirectory runtime;
+    const std::map<std::string, std::optional<std::string>> environment{{"XDG_RUNTIME_DIR", runtime.path().string()}};
+    const int undimmed = gammaTopOn(display());
+    ASSERT_GT(undimmed, 60000);
+    auto program = start({"--suppress-keyboard-invitation"}, environment);
+    ASSERT_TRUE(waitFor([] { return muteKeyTaken(); }, 15s)) << program->standardError();
+    key("XF86MonBrightnessDown");
+    ASSERT_TRUE(waitFor([undimmed] { return gammaTopOn(display()) < undimmed - 1000; }, 5s));
+    const int dimmed = gammaTopOn(display());
+    const std::map<std::string, std::string> saved = folderContents(runtime.path());
+    ASSERT_FALSE(saved.empty()) << "no ramp saved for a crash";
+
+    ChildOptions options;
+    options.environment = environment;
+    for (const std::vector<std::string>& arguments :
+         std::vector<std::vector<std::string>>{{"--diagnose"}, {"--verify-controls"}, {"--verify-osd"}, {}}) {
+        const std::string shown = arguments.empty() ? "a second start" : arguments.front();
+        const ChildResult result = runChild(VANTLE_PROGRAM, arguments, options);
+        // RIGHT has no gamma ramp of its own, so the round trip of --verify-controls fails there
+        // and it ends with 1; every other run ends with 0.
+        EXPECT_EQ(result.exitStatus, shown == "--verify-controls" ? 1 : 0)
+            << shown << ": " << result.standardOutput << result.standardError;
+        EXPECT_FALSE(hasSanitizerReport(result.standardError)) << shown << ": " << result.standardError;
+        EXPECT_EQ(gammaTopOn(display()), dimmed) << shown;
+        EXPECT_TRUE(folderContents(runtime.path()) == saved) << shown << " changed the ramps saved for a crash";
+    }
+
+    ASSERT_TRUE(program->running()) << program->standardError();
+    for (int press = 0; press < 3; ++press) {
+        key("XF86MonBrightnessUp");
+    }
+    EXPECT_TRUE(waitFor([undimmed] { return gammaTopOn(display()) == undimmed; }, 5s)) << gammaTopOn(display());
 }
 
 }  // namespace
