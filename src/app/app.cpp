@@ -184,6 +184,14 @@ void App::watchScreens() {
     const auto changed = [this] {
         displays_.matchNativeControls();
         brightnessControl_.screensChanged();
+        // The popover's rows were made for the displays there were when it opened: a shown one is
+        // closed, and the interface is made again before it is shown again.
+        const bool popoverShown = popover_->isVisible();
+        closePopover();
+        rebuild();
+        if (popoverShown) {
+            togglePopover();
+        }
     };
     const auto watch = [this, changed](QScreen* screen) {
         connect(screen, &QScreen::geometryChanged, this, changed);
@@ -264,6 +272,9 @@ bool App::ask(const std::string& message, const std::string& informative, const 
     QAbstractButton* firstButton = box.addButton(QString::fromStdString(first), QMessageBox::AcceptRole);
     QAbstractButton* secondButton = box.addButton(QString::fromStdString(second), QMessageBox::RejectRole);
     box.setDefaultButton(qobject_cast<QPushButton*>(firstButton));
+    // Escape and the close box choose the first button: the second is the one that acts (quit,
+    // quit with the outputs still silent, open the keyboard settings), and it must be chosen.
+    box.setEscapeButton(firstButton);
     box.raise();
     box.activateWindow();
     box.exec();

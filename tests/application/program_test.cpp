@@ -76,6 +76,24 @@ TEST_F(ProgramTest, SixPretendDisplaysGiveSixRowsInThePopover) {
     EXPECT_GT(shown.height, 480);
 }
 
+TEST_F(ProgramTest, OpenPopoverIsMadeAgainWithoutTheRowOfADisplayThatWent) {
+    auto program = start({"--suppress-keyboard-invitation"});
+    ASSERT_TRUE(waitFor(trayIconShown, 5s));
+    std::this_thread::sleep_for(600ms);
+    clickTrayIcon();
+    ASSERT_TRUE(waitFor([] { return popover().has_value(); }, 6s));
+    const int withTwoDisplays = popover()->height;
+    run("/usr/bin/xrandr", {"--delmonitor", "RIGHT"});
+    // A display's row is about 55 points high.
+    EXPECT_TRUE(waitFor(
+        [withTwoDisplays] {
+            const std::optional<Geometry> shown = popover();
+            return shown && shown->height < withTwoDisplays - 30;
+        },
+        5s))
+        << withTwoDisplays << " then " << (popover() ? popover()->height : 0);
+}
+
 TEST_F(ProgramTest, RelaunchParentThatLivesIsWaitedFor) {
     RunningChild parent("/bin/sleep", {"3"});
     // Reaped as soon as it ends, as a real parent that exits is: a zombie would still answer probes.
@@ -105,6 +123,25 @@ TEST_F(ProgramTest, EndOfSessionWhileMutedGivesTheLevelsBackFirst) {
     ASSERT_TRUE(waitFor([] { return sinkLevel("studio") < 0.002f; }, 5s));
     program->killAndWait(SIGTERM);
     EXPECT_NEAR(sinkLevel("studio"), 0.5f, 0.002f);
+}
+
+// Escape and the close box of an alert mean its first button. The quit alert's first button
+// keeps the program, so Escape must never be what ends it.
+TEST_F(ProgramTest, EscapeOnTheQuitAlertKeepsTheProgramRunning) {
+    auto program = start({"--suppress-keyboard-invitation"});
+    ASSERT_TRUE(waitFor(muteKeyTaken, 10s));
+    ASSERT_TRUE(waitFor(trayIconShown, 5s));
+    std::this_thread::sleep_for(600ms);  // the tray settles the icon's place
+    // The main menu opens on the icon's context click; Up from no item reaches its last, Quit.
+    run("/usr/bin/xdotool", {"mousemove", "1908", "12", "click", "3"});
+    std::this_thread::sleep_for(500ms);
+    key("Up");
+    key("Return");
+    ASSERT_TRUE(waitFor([] { return windowsTitled(L("s025")) == 1; }, 5s)) << "no quit alert";
+    std::this_thread::sleep_for(300ms);
+    key("Escape");
+    EXPECT_TRUE(waitFor([] { return windowsTitled(L("s025")) == 0; }, 5s)) << "the alert stayed";
+    EXPECT_FALSE(program->waitForExit(1500ms).has_value()) << "Escape quit the program";
 }
 
 TEST_F(ProgramTest, OnScreenDisplayForTheArtefacts) {
