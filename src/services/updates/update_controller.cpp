@@ -1,5 +1,7 @@
 #include "services/updates/update_controller.h"
 
+#include <utility>
+
 #include "localization/localization.h"
 
 namespace vantle {
@@ -60,10 +62,18 @@ UpdatePresentation UpdateController::presentation() {
 
 void UpdateController::updaterDidFindValidUpdate(const UpdateOffer& offer) {
     host_.offerUpdate(offer);
+    offerShown_ = true;
 }
 
+// The offer and the cycle's outcome share one line. A cycle that offered a version ends without
+// an error, and its plain "finished" would replace the version and its link, which must stay
+// until the next check.
 void UpdateController::updaterDidFinishUpdateCycle(UpdateCheck, const std::optional<UpdateError>& error) {
     installingUpdate_ = false;
+    const bool offerShown = std::exchange(offerShown_, false);
+    if (offerShown && !error) {
+        return;
+    }
     host_.showUpdateMessage(updateCycleMessage(error));
 }
 

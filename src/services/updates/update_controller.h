@@ -70,6 +70,8 @@ private:
     UpdateHost& host_;
     std::unique_ptr<Updater> updater_;
     bool installingUpdate_ = false;
+    // The cycle under way has put an offer on the update line, which its end must leave there.
+    bool offerShown_ = false;
 };
 
 // The status line after a cycle: "up to date" for the no-update error, the failure with its

@@ -130,6 +130,17 @@ TEST_F(UpdateControllerTest, AnyOtherErrorIsAFailureWithItsDescription) {
     EXPECT_NE(host.messages.back().find("404"), std::string::npos);
 }
 
+TEST_F(UpdateControllerTest, TheOfferStaysOnTheLineWhenItsCycleEndsAndTheNextCycleReplacesIt) {
+    const UpdateOffer offer{"2", "2.0", "https://vantle.example/2.tar.gz", std::nullopt};
+    controller.updaterDidFindValidUpdate(offer);
+    controller.updaterDidFinishUpdateCycle(UpdateCheck::userInitiated, std::nullopt);
+    EXPECT_EQ(host.events, (std::vector<std::string>{"offer"}));
+    controller.updaterDidFinishUpdateCycle(UpdateCheck::background,
+                                           UpdateError{std::string(kUpdaterErrorDomain), kNoUpdateErrorCode, "x"});
+    EXPECT_EQ(host.events, (std::vector<std::string>{"offer", "message"}));
+    EXPECT_EQ(host.messages, std::vector<std::string>{L("s004")});
+}
+
 TEST_F(UpdateControllerTest, AFoundUpdateIsOffered) {
     const UpdateOffer offer{"2", "2.0", "https://vantle.example/2.tar.gz", std::nullopt};
     controller.updaterDidFindValidUpdate(offer);
