@@ -84,10 +84,13 @@ void VolumeControl::applyVolume(float level) {
     // A new level ends the mute memory of the devices it reached: a later unmute must not
     // bring back their old level.
     SavedLevels remembered = saved();
+    std::size_t forgotten = 0;
     for (const Output& device : leaves) {
-        remembered.erase(device.uid);
+        forgotten += remembered.erase(device.uid);
     }
-    setSaved(remembered);
+    if (forgotten > 0) {
+        setSaved(remembered);
+    }
     show(L("s092", leaves.size()));
     refresh_();
 }

@@ -16,7 +16,8 @@ namespace vantle {
 // parse it again only when it changed, so edits by other programs are seen at the next read
 // while an unchanged file costs one stat. Every write replaces the file atomically: the whole
 // dictionary goes to a temporary file beside it, which is flushed and renamed over the old one,
-// so a crash at any moment leaves either the old or the new file, never half of one.
+// so a crash at any moment leaves either the old or the new file, never half of one. A write
+// that changes nothing the file holds leaves the file alone.
 //
 // A file that cannot be read as a dictionary (garbage, truncated, a folder, unreadable) is
 // moved aside under a "-broken-" name with a message on standard error and reads as empty.
@@ -53,6 +54,8 @@ private:
     bool loaded_ = false;
     // Set when a broken file could not be moved aside: it must not be replaced.
     bool writeBlocked_ = false;
+    // Set while values_ holds changes that the last save failed to write.
+    bool unsaved_ = false;
     std::uint64_t temporaryCounter_ = 0;
 
     static std::optional<FileIdentity> identityOf(const std::filesystem::path& path, int& error);

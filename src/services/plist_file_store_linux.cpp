@@ -86,7 +86,9 @@ void PlistFileStore::refresh() {
 void PlistFileStore::load(const std::optional<FileIdentity>& identity) {
     loaded_ = true;
     seen_ = identity;
+    // What the file holds now is all there is: changes a failed save kept in memory are gone.
     values_.clear();
+    unsaved_ = false;
     if (!identity) {
         return;
     }
@@ -137,15 +139,24 @@ std::optional<PlistValue> PlistFileStore::object(std::string_view key) {
 
 bool PlistFileStore::setObject(std::string_view key, std::optional<PlistValue> value) {
     refresh();
+    const auto found = values_.find(key);
+    // Each save is a whole file flushed to the disk: one that would write what the file already
+    // holds is left out.
+    const bool unchanged = value ? found != values_.end() && found->second == *value : found == values_.end();
+    if (unchanged && !unsaved_) {
+        return true;
+    }
     if (value) {
         values_.insert_or_assign(std::string(key), std::move(*value));
-    } else if (auto found = values_.find(key); found != values_.end()) {
+    } else if (found != values_.end()) {
         values_.erase(found);
     }
     return save();
 }
 
 bool PlistFileStore::save() {
+    // Until a save succeeds, values_ holds more than the file.
+    unsaved_ = true;
     if (writeBlocked_) {
         return false;
     }
@@ -172,6 +183,7 @@ bool PlistFileStore::save() {
     syncDirectory(directory);
     int error = 0;
     seen_ = identityOf(path_, error);
+    unsaved_ = false;
     return true;
 }
 

@@ -1,6 +1,7 @@
 #include "services/plist_file_store.h"
 
 #include <signal.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -63,6 +64,23 @@ TEST_F(PlistFileStoreTest, KeysOfOtherProgramsSurviveOurWrites) {
     ASSERT_TRUE(onDisk.has_value());
     EXPECT_EQ(onDisk->asDictionary()->at("foreign"), PlistValue(PlistValue::Data{1, 2, 3}));
     EXPECT_EQ(onDisk->asDictionary()->at("when"), PlistValue(PlistValue::Date{5.0}));
+}
+
+TEST_F(PlistFileStoreTest, WriteOfWhatTheFileHoldsLeavesTheFileAlone) {
+    PlistFileStore store(file);
+    ASSERT_TRUE(store.setObject("linked", true));
+    const auto identity = [this] {
+        struct stat status {};
+        ::stat(file.c_str(), &status);
+        return std::make_pair(status.st_ino, status.st_mtim.tv_nsec + status.st_mtim.tv_sec * 1000000000L);
+    };
+    const auto before = identity();
+    EXPECT_TRUE(store.setObject("linked", true));
+    EXPECT_TRUE(store.setObject("absent", std::nullopt));
+    EXPECT_EQ(identity(), before);
+    EXPECT_TRUE(store.setObject("linked", false));
+    EXPECT_NE(identity(), before);
+    EXPECT_EQ(parsePropertyList(readFile(file)), PlistValue(PlistValue::Dictionary{{"linked", false}}));
 }
 
 TEST_F(PlistFileStoreTest, RemovingAKeyRewritesTheFileWithoutIt) {
