@@ -67,6 +67,22 @@ TEST_P(StringTablesTest, TextLookedUpWithoutArgumentsHasNoPlaceholder) {
     EXPECT_TRUE(placeholders(table.at("s079")).empty());
 }
 
+// What makes a copy able to launch at login differs by platform (the Applications folder on one,
+// an install under /usr, /opt or ~/.local on the other), so the hint speaks of an installed copy
+// and names no folder.
+TEST_P(StringTablesTest, LaunchAtLoginHintSpeaksOfAnInstalledCopyAndNamesNoFolder) {
+    const std::string hint = Localization::table(GetParam(), sourceBundle()).at("s077");
+    for (const char* folder : {"folder", "dossier", "map", "Ordner", "cartella", "carpeta", "pasta", "папк"}) {
+        EXPECT_EQ(hint.find(folder), std::string::npos) << folder << " in " << hint;
+    }
+    for (const char* installed : {"instal", "ïnstal", "установ"}) {
+        if (hint.find(installed) != std::string::npos) {
+            return;
+        }
+    }
+    ADD_FAILURE() << "no word of installing in " << hint;
+}
+
 INSTANTIATE_TEST_SUITE_P(Languages, StringTablesTest, ::testing::ValuesIn(Localization::supported),
                          [](const ::testing::TestParamInfo<std::string_view>& parameter) {
                              return std::string(parameter.param);
