@@ -114,16 +114,18 @@ void App::finishLaunching() {
     popover_ = std::make_unique<Popover>();
     window_ = std::make_unique<SettingsWindow>();
     window_->move(window_->screen()->availableGeometry().center() - window_->rect().center());
-    appearance_ = std::make_unique<DesktopAppearance>([this] { themeChanged(); });
 
     if (hasArgument("--preview-localization")) {
-        // A look at the texts of a language: nothing is taken, watched or checked.
+        // A look at the texts of a language: nothing is taken, watched or checked. The desktop's
+        // scheme is read once, and nobody listens for its changes.
+        appearance_ = std::make_unique<DesktopAppearance>(nullptr);
         followSystemAppearance();
         rebuild();
         bringSettingsForward();
         return;
     }
 
+    appearance_ = std::make_unique<DesktopAppearance>([this] { themeChanged(); });
     keyboard_.registerKeyboardBuild();
     configureInitialLogin();
     if (hasArgument("--suppress-keyboard-invitation")) {

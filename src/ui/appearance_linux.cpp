@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusInterface>
+#include <QDBusMessage>
 #include <QDBusReply>
 #include <QDBusVariant>
 #include <QPalette>
@@ -89,10 +90,13 @@ QPalette darkPalette() {
 }  // namespace
 
 DesktopAppearance::DesktopAppearance(std::function<void()> changed) : changed_(std::move(changed)) {
+    if (!changed_) {
+        return;
+    }
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (bus.isConnected()) {
         bus.connect(kPortalService, kPortalPath, kSettingsInterface, "SettingChanged", this,
-                    SLOT(settingChanged(QString, QString, QDBusVariant)));
+                    SLOT(settingChanged(QDBusMessage)));
     }
 }
 
@@ -114,8 +118,10 @@ void DesktopAppearance::apply(bool dark) {
     QApplication::setPalette(dark ? darkPalette() : QApplication::style()->standardPalette());
 }
 
-void DesktopAppearance::settingChanged(const QString& group, const QString& key, const QDBusVariant&) {
-    if (group == kAppearanceGroup && key == kColorSchemeKey && changed_) {
+void DesktopAppearance::settingChanged(const QDBusMessage& message) {
+    const QList<QVariant> arguments = message.arguments();
+    if (arguments.size() >= 2 && arguments[0].toString() == kAppearanceGroup &&
+        arguments[1].toString() == kColorSchemeKey && changed_) {
         changed_();
     }
 }

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <functional>
 
-class QDBusVariant;
+class QDBusMessage;
 
 namespace vantle {
 
@@ -14,7 +14,8 @@ namespace vantle {
 class DesktopAppearance final : public QObject {
     Q_OBJECT
 public:
-    // changed runs on the main thread whenever the portal reports a new scheme.
+    // changed runs on the main thread whenever the portal reports a new scheme; without one,
+    // nothing listens for the portal's reports.
     explicit DesktopAppearance(std::function<void()> changed);
 
     // Asks afresh every time; answers within half a second even when the portal hangs.
@@ -24,7 +25,10 @@ public:
     static void apply(bool dark);
 
 private slots:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+    // The portal's SettingChanged(group, key, value). Taken as the whole message: a slot with the
+    // signal's own argument types is refused by the bus connection, whose check of the variant
+    // argument fails, and would never be called.
+    void settingChanged(const QDBusMessage& message);
 
 private:
     std::function<void()> changed_;

@@ -1,6 +1,11 @@
 // The whole program as a real process: tray icon, popover, preview, relaunch wait, end of the
 // session, and the screenshots of the artefacts.
+#include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
+
+#include <cstdlib>
+#include <sstream>
 
 #include "program_fixture.h"
 
@@ -8,6 +13,48 @@ namespace vantle::testing {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+// A private session bus, whose daemon tells which signals its clients listen for.
+class PrivateSessionBus {
+public:
+    PrivateSessionBus() {
+        const ChildResult started =
+            runChild("/usr/bin/dbus-daemon", {"--session", "--fork", "--print-address=1", "--print-pid=1"});
+        std::istringstream lines(started.standardOutput);
+        std::string pid;
+        std::getline(lines, address_);
+        std::getline(lines, pid);
+        pid_ = std::atoi(pid.c_str());
+    }
+    ~PrivateSessionBus() {
+        if (pid_ > 0) {
+            ::kill(pid_, SIGTERM);
+        }
+    }
+    PrivateSessionBus(const PrivateSessionBus&) = delete;
+    PrivateSessionBus& operator=(const PrivateSessionBus&) = delete;
+
+    const std::string& address() const { return address_; }
+
+    // Runs dbus-send against the bus and returns what it printed.
+    std::string send(const std::vector<std::string>& arguments) const {
+        ChildOptions options;
+        options.environment["DBUS_SESSION_BUS_ADDRESS"] = address_;
+        std::vector<std::string> all{"--session", "--print-reply", "--dest=org.freedesktop.DBus", "/org/freedesktop/DBus"};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        return runChild("/usr/bin/dbus-send", all, options).standardOutput;
+    }
+
+    // Every match rule that a client of the bus has added, as dbus-send prints them.
+    std::string matchRules() const { return send({"org.freedesktop.DBus.Debug.Stats.GetAllMatchRules"}); }
+    bool hasOwner(const std::string& name) const {
+        return send({"org.freedesktop.DBus.NameHasOwner", "string:" + name}).find("boolean true") != std::string::npos;
+    }
+
+private:
+    std::string address_;
+    int pid_ = 0;
+};
 
 
 TEST_F(ProgramTest, ShowsItsTrayIconAndOpensThePopoverOnAClick) {
@@ -48,6 +95,22 @@ TEST_F(ProgramTest, PreviewShowsTheSettingsAndTakesNoKeys) {
     key("XF86AudioLowerVolume");
     std::this_thread::sleep_for(500ms);
     EXPECT_NEAR(sinkLevel("studio"), 0.5f, 0.002f);
+}
+
+TEST_F(ProgramTest, PreviewListensForNoChangeOfTheDesktopsScheme) {
+    const PrivateSessionBus bus;
+    ASSERT_FALSE(bus.address().empty());
+    const std::map<std::string, std::optional<std::string>> environment{{"DBUS_SESSION_BUS_ADDRESS", bus.address()}};
+    auto portal = start({}, environment, STAND_IN_PORTAL);
+    ASSERT_TRUE(waitFor([&bus] { return bus.hasOwner("org.freedesktop.portal.Desktop"); }, 5s));
+    auto preview = start({"--preview-localization"}, environment);
+    ASSERT_TRUE(waitFor([] { return windowNamed(L("s025")).has_value(); }, 5s));
+    EXPECT_EQ(bus.matchRules().find("SettingChanged"), std::string::npos) << bus.matchRules();
+    preview->killAndWait(SIGTERM);
+    // The program itself does listen, which shows that such a rule would be seen.
+    auto program = start({"--suppress-keyboard-invitation"}, environment);
+    EXPECT_TRUE(waitFor([&bus] { return bus.matchRules().find("SettingChanged") != std::string::npos; }, 10s))
+        << bus.matchRules();
 }
 
 TEST_F(ProgramTest, PreviewPagesInFrenchForTheArtefacts) {
@@ -142,6 +205,29 @@ TEST_F(ProgramTest, EscapeOnTheQuitAlertKeepsTheProgramRunning) {
     key("Escape");
     EXPECT_TRUE(waitFor([] { return windowsTitled(L("s025")) == 0; }, 5s)) << "the alert stayed";
     EXPECT_FALSE(program->waitForExit(1500ms).has_value()) << "Escape quit the program";
+}
+
+// A volume step that leaves the mute memory as it is has nothing to save: the settings file is
+// not written, let alone flushed to the disk.
+TEST_F(ProgramTest, VolumeKeysLeaveTheSettingsFileAlone) {
+    auto program = start({"--suppress-keyboard-invitation"});
+    ASSERT_TRUE(waitFor(muteKeyTaken, 10s));
+    std::this_thread::sleep_for(1s);  // whatever the start writes is written by now
+    const auto identity = [this] {
+        struct stat status {};
+        if (::stat(settingsFile().c_str(), &status) != 0) {
+            return std::string("absent");
+        }
+        return std::to_string(status.st_ino) + "@" + std::to_string(status.st_mtim.tv_sec) + "." +
+               std::to_string(status.st_mtim.tv_nsec);
+    };
+    const std::string before = identity();
+    key("XF86AudioRaiseVolume");
+    ASSERT_TRUE(waitFor([] { return sinkLevel("studio") > 0.55f; }, 5s));
+    key("XF86AudioLowerVolume");
+    ASSERT_TRUE(waitFor([] { return sinkLevel("studio") < 0.51f; }, 5s));
+    std::this_thread::sleep_for(300ms);
+    EXPECT_EQ(identity(), before);
 }
 
 TEST_F(ProgramTest, OnScreenDisplayForTheArtefacts) {
