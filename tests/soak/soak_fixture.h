@@ -61,7 +61,8 @@ protected:
 private:
     int pick(int count);
     void pressMediaKey();
-    void holdMediaKey();
+    void holdMediaKey(std::optional<std::string> keys = std::nullopt);
+    void waitUntilTheVolumeSettles();
     void moveAPopoverSlider();
     void clickPopoverMute();
     void togglePopoverByTrayIcon();
