@@ -10,6 +10,7 @@
 #include <string>
 
 #include "display/edid.h"
+#include "display/work_area.h"
 
 namespace vantle {
 namespace {
@@ -24,11 +25,42 @@ ReplyPtr<Reply> own(Reply* reply) {
 
 constexpr std::uint32_t kSyntheticIdBit = 0x80000000u;
 
+xcb_intern_atom_cookie_t internAtom(xcb_connection_t* connection, const char* name) {
+    return xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
+}
+
+xcb_atom_t atomOf(xcb_connection_t* connection, xcb_intern_atom_cookie_t cookie) {
+    auto reply = own(xcb_intern_atom_reply(connection, cookie, nullptr));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+// The CARDINAL values of a root window property; empty when it is not set or of another kind.
+std::vector<std::uint32_t> cardinals(xcb_connection_t* connection, xcb_get_property_cookie_t cookie) {
+    auto reply = own(xcb_get_property_reply(connection, cookie, nullptr));
+    if (!reply || reply->format != 32 || reply->type != XCB_ATOM_CARDINAL) {
+        return {};
+    }
+    const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return std::vector<std::uint32_t>(values, values + xcb_get_property_value_length(reply.get()) / 4);
+}
+
 }  // namespace
 
 X11ScreenSystem::X11ScreenSystem(xcb_connection_t* connection) : connection_(connection) {
     const xcb_setup_t* setup = xcb_get_setup(connection_);
     root_ = xcb_setup_roots_iterator(setup).data->root;
+    // The window manager's names for the work area; made here if no window manager ran yet, so
+    // that one starting later is understood too.
+    const xcb_intern_atom_cookie_t workArea = internAtom(connection_, "_NET_WORKAREA");
+    const xcb_intern_atom_cookie_t currentDesktop = internAtom(connection_, "_NET_CURRENT_DESKTOP");
+    workAreaAtom_ = atomOf(connection_, workArea);
+    currentDesktopAtom_ = atomOf(connection_, currentDesktop);
+}
+
+std::optional<ScreenFrame> X11ScreenSystem::readWorkArea(xcb_get_property_cookie_t workArea,
+                                                         xcb_get_property_cookie_t currentDesktop) {
+    const std::vector<std::uint32_t> desktop = cardinals(connection_, currentDesktop);
+    return workAreaOf(cardinals(connection_, workArea), desktop.empty() ? 0 : desktop.front());
 }
 
 std::vector<X11ScreenSystem::Monitor> X11ScreenSystem::readMonitors() {
@@ -41,11 +73,17 @@ std::vector<X11ScreenSystem::Monitor> X11ScreenSystem::readMonitors() {
         xcb_intern_atom(connection_, 1, static_cast<std::uint16_t>(std::strlen(edidName)), edidName);
     const xcb_randr_get_monitors_cookie_t allCookie = xcb_randr_get_monitors(connection_, root_, 0);
     const xcb_randr_get_monitors_cookie_t activeCookie = xcb_randr_get_monitors(connection_, root_, 1);
+    // A window manager announces up to a few dozen desktops, four numbers each.
+    const xcb_get_property_cookie_t workAreaCookie =
+        xcb_get_property(connection_, 0, root_, workAreaAtom_, XCB_ATOM_CARDINAL, 0, 4 * 64);
+    const xcb_get_property_cookie_t desktopCookie =
+        xcb_get_property(connection_, 0, root_, currentDesktopAtom_, XCB_ATOM_CARDINAL, 0, 1);
     if (auto edid = own(xcb_intern_atom_reply(connection_, edidCookie, nullptr))) {
         edidAtom_ = edid->atom;
     }
     auto reply = own(xcb_randr_get_monitors_reply(connection_, allCookie, nullptr));
     auto active = own(xcb_randr_get_monitors_reply(connection_, activeCookie, nullptr));
+    const std::optional<ScreenFrame> workArea = readWorkArea(workAreaCookie, desktopCookie);
     if (!reply) {
         return {};
     }
@@ -85,6 +123,7 @@ std::vector<X11ScreenSystem::Monitor> X11ScreenSystem::readMonitors() {
         Pending next;
         next.nameAtom = info->name;
         next.monitor.screen.frame = {info->x, info->y, info->width, info->height};
+        next.monitor.screen.visibleFrame = visiblePart(next.monitor.screen.frame, workArea);
         next.monitor.active = activeNames.count(info->name) != 0;
         // A name atom keeps its text for the life of the server.
         if (atomNames_.count(info->name) == 0) {

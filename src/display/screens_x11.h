@@ -10,6 +10,7 @@
 #include "display/screen_system.h"
 
 struct xcb_connection_t;
+struct xcb_get_property_cookie_t;
 
 namespace vantle {
 
@@ -19,7 +20,8 @@ namespace vantle {
 // one that shares its output with another monitor (set-ups made with xrandr --setmonitor, some
 // docking stations), gets a synthetic id with bit 31 set, derived from its name atom, which
 // stays the same while the X server runs; real output ids never have that bit. The name comes
-// from the EDID's monitor name, else the monitor's own name.
+// from the EDID's monitor name, else the monitor's own name. The visible part of each is what
+// the window manager's work area leaves of it.
 class X11ScreenSystem final : public ScreenSystem {
 public:
     // Uses the connection's first screen; the connection stays owned by the caller.
@@ -52,12 +54,16 @@ private:
         DisplayIdentity identity;
     };
     std::vector<Monitor> readMonitors();
+    // The work area of the current desktop from the replies to these two requests.
+    std::optional<ScreenFrame> readWorkArea(xcb_get_property_cookie_t workArea, xcb_get_property_cookie_t currentDesktop);
 
     xcb_connection_t* connection_;
     std::uint32_t root_ = 0;
     // Learnt at a listing: the atom exists only once some output has an EDID.
     std::uint32_t edidAtom_ = 0;
     std::map<std::uint32_t, std::string> atomNames_;
+    std::uint32_t workAreaAtom_ = 0;
+    std::uint32_t currentDesktopAtom_ = 0;
     // Per output: its CRTC, connector name and EDID, valid while the server's configuration
     // timestamp stays detailsTimestamp_.
     struct OutputDetails {

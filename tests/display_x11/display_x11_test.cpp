@@ -5,13 +5,18 @@
 #include <QGuiApplication>
 #include <QWindow>
 #include <chrono>
+#include <cstdlib>
+#include <cstring>
 #include <thread>
 
 #include "app/display_backends.h"
+#include "app/scheduler_qt.h"
 #include "display/brightness_control.h"
 #include "display/screens_x11.h"
 #include "display/testing/synthetic_edid.h"
+#include "keys/osd.h"
 #include "keys/osd_check.h"
+#include "keys/osd_panel_qt.h"
 #include "services/plist_file_store.h"
 #include "services/property_list_codec.h"
 #include "x_server_fixture.h"
@@ -79,6 +84,80 @@ TEST_F(DisplayX11Test, MonitorsAreListedWithOutputIdsAndSyntheticIds) {
     EXPECT_TRUE(screens.isActive(leftDisplayId()));
     // The synthetic id stays the same while the server runs.
     EXPECT_EQ(screens.screens()[1].number, listed[1].number);
+    xcb_disconnect(connection);
+}
+
+// A window manager's announcement of the work area on the root window, for the life of the
+// object: x, y, width and height for the first virtual desktop.
+class AnnouncedWorkArea {
+public:
+    AnnouncedWorkArea(std::uint32_t x, std::uint32_t y, std::uint32_t width, std::uint32_t height)
+        : connection_(xcb_connect(nullptr, nullptr)),
+          root_(xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root),
+          atom_(atom("_NET_WORKAREA")) {
+        const std::uint32_t values[] = {x, y, width, height};
+        xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, root_, atom_, XCB_ATOM_CARDINAL, 32, 4, values);
+        std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    }
+    ~AnnouncedWorkArea() {
+        xcb_delete_property(connection_, root_, atom_);
+        std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+        xcb_disconnect(connection_);
+    }
+
+private:
+    xcb_atom_t atom(const char* name) {
+        xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(
+            connection_, xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(std::strlen(name)), name), nullptr);
+        const xcb_atom_t result = reply->atom;
+        std::free(reply);
+        return result;
+    }
+
+    xcb_connection_t* connection_;
+    xcb_window_t root_;
+    xcb_atom_t atom_;
+};
+
+TEST_F(DisplayX11Test, WorkAreaLeavesEachMonitorTheVisiblePartItCovers) {
+    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+    X11ScreenSystem screens(connection);
+    EXPECT_EQ(screens.screens()[0].visibleFrame, std::nullopt);
+    {
+        // A 180-pixel panel along the bottom of LEFT; the desktop's right part reaches no lower.
+        const AnnouncedWorkArea area(0, 0, 3200, 900);
+        const std::vector<SystemScreen> listed = screens.screens();
+        ASSERT_EQ(listed.size(), 2u);
+        EXPECT_EQ(listed[0].visibleFrame, (ScreenFrame{0, 0, 1920, 900}));
+        EXPECT_EQ(listed[1].visibleFrame, (ScreenFrame{1920, 0, 1280, 900}));
+    }
+    EXPECT_EQ(screens.screens()[0].visibleFrame, std::nullopt);
+    xcb_disconnect(connection);
+}
+
+TEST_F(DisplayX11Test, OnScreenDisplayStandsAboveAPanelAlongTheBottom) {
+    const AnnouncedWorkArea area(0, 0, 3200, 900);
+    auto displays = backends();
+    QtScheduler scheduler;
+    QtOsdPanelFactory factory;
+    Brightness& brightness = displays->brightness();
+    OSD osd(brightness.screenSystem(), brightness, factory, scheduler);
+    osd.show(0.5f, false);
+    ASSERT_EQ(osd.panels().size(), 2u);
+    OsdPanelWidget* panel = widgetOf(*osd.panels().front());
+    ASSERT_NE(panel, nullptr);
+    QGuiApplication::processEvents();
+    // Where the X server has the window, not where Qt meant it to be.
+    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    xcb_translate_coordinates_reply_t* origin = xcb_translate_coordinates_reply(
+        connection, xcb_translate_coordinates(connection, static_cast<xcb_window_t>(panel->winId()), root, 0, 0),
+        nullptr);
+    ASSERT_NE(origin, nullptr);
+    // 24 points above the panel's top edge at 900, higher than the usual 85 above the screen's bottom.
+    EXPECT_EQ(origin->dst_y + panel->height(), 900 - 24);
+    EXPECT_EQ(origin->dst_x + panel->width() / 2, 960);
+    std::free(origin);
     xcb_disconnect(connection);
 }
 
