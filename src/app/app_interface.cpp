@@ -20,23 +20,12 @@
 #include "ui/refresh_facts.h"
 #include "ui/settings_window_qt.h"
 #include "ui/status_item_qt.h"
+#include "ui/text_colour_qt.h"
 
 namespace vantle {
 namespace {
 
 constexpr std::chrono::milliseconds kAppearanceDelay{400};
-
-QColor colourOf(TextColour colour) {
-    if (colour == TextColour::systemOrange) {
-        return QColor(0xe0, 0x7b, 0x00);
-    }
-    // Between the text and the background: quieter than the text, still easy to read.
-    const QPalette palette = QApplication::palette();
-    const QColor text = palette.color(QPalette::WindowText);
-    const QColor background = palette.color(QPalette::Window);
-    return QColor((text.red() * 6 + background.red() * 4) / 10, (text.green() * 6 + background.green() * 4) / 10,
-                  (text.blue() * 6 + background.blue() * 4) / 10);
-}
 
 // Sets what the state says on whatever kind of control the widget is; the control's own
 // signals stay quiet, so that setting a slider is never taken for the user moving it.
@@ -63,9 +52,7 @@ void apply(QWidget* widget, const ControlState& state) {
             label->setText(QString::fromStdString(*state.text));
         }
         if (state.colour) {
-            QPalette palette = label->palette();
-            palette.setColor(QPalette::WindowText, colourOf(*state.colour));
-            label->setPalette(palette);
+            paintText(*label, *state.colour);
         }
     }
     if (state.enabled) {

@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include "ui/brand_qt.h"
+#include "ui/text_colour_qt.h"
 
 namespace vantle {
 namespace {
@@ -210,8 +211,13 @@ QWidget* RowRenderer::make(const Row& row, BuiltControls& built) {
             const QSignalBlocker quiet(box);
             box->setChecked(*row.checked);
         }
-        if (auto* label = qobject_cast<QLabel*>(widget); label != nullptr && row.field == Field::message) {
-            label->clear();
+        if (auto* label = qobject_cast<QLabel*>(widget)) {
+            if (row.field == Field::message) {
+                label->clear();
+            }
+            if (row.colour) {
+                paintText(*label, *row.colour);
+            }
         }
         widget->setVisible(!row.hidden.value_or(false));
         return widget;

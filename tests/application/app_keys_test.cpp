@@ -2,73 +2,17 @@
 // private X server, and the private sound server's devices change.
 #include <xcb/xcb.h>
 
-#include <QApplication>
-#include <QLabel>
 #include <thread>
 
-#include "app/app.h"
-#include "app/display_backends.h"
-#include "audio/pulse/audio_hal_pulse.h"
-#include "desktop_fixture.h"
+#include "in_process_app_fixture.h"
 #include "localization/localization.h"
 #include "services/muted_levels.h"
-#include "services/plist_file_store.h"
 #include "services/settings_keys.h"
 
 namespace vantle::testing {
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr float kTolerance = 0.002f;
-
-class AppKeysTest : public DesktopTest {
-protected:
-    AppKeysTest() {
-        pactl({"set-default-sink", "combo"});
-        setSinkLevel("left_room", 0.5f);
-        setSinkLevel("right_room", 0.5f);
-    }
-    ~AppKeysTest() override {
-        app.reset();
-        hal.reset();
-        displays.reset();
-    }
-
-    void launch(std::vector<std::string> arguments = {"--suppress-keyboard-invitation"}) {
-        static int argc = 1;
-        static char name[] = "app_keys_test";
-        static char* argv[] = {name, nullptr};
-        displays = DisplayBackends::create(argc, argv, defaults);
-        hal = std::make_unique<PulseAudioHal>();
-        app = std::make_unique<App>(*hal, defaults, *displays, std::move(arguments));
-        app->applicationDidFinishLaunching();
-        pump(300ms);
-    }
-
-    // Presses keys and waits until both rooms have reached level.
-    void pressUntilLevel(const std::string& keys, float level) {
-        key(keys);
-        EXPECT_TRUE(pump(3s, [&] { return std::abs(sinkLevel("left_room") - level) < kTolerance; }))
-            << keys << ": " << sinkLevel("left_room") << " instead of " << level;
-        EXPECT_NEAR(sinkLevel("right_room"), level, kTolerance);
-    }
-
-    static bool labelShows(const std::string& text) {
-        for (QWidget* widget : QApplication::allWidgets()) {
-            if (auto* label = qobject_cast<QLabel*>(widget); label != nullptr && label->text().toStdString() == text) {
-                return true;
-            }
-        }
-        return false;
-    }
-
-    PlistFileStore store{settingsFile()};
-    UserDefaults defaults{store};
-    std::unique_ptr<DisplayBackends> displays;
-    std::unique_ptr<PulseAudioHal> hal;
-    std::unique_ptr<App> app;
-};
+class AppKeysTest : public InProcessAppTest {};
 
 TEST_F(AppKeysTest, VolumeUpRaisesEveryMemberOfTheCombinedOutputByOneStep) {
     launch();
