@@ -25,6 +25,7 @@ packages=(
   pasystray xbindkeys            # the tray applet and key-binding setup we compare ourselves with
   libxcb-xtest0-dev              # key presses sent straight to the X server by the latency benchmark
   clang libclang-rt-14-dev       # the fuzz targets (libFuzzer)
+  valgrind                       # memcheck watches the toolkit's accesses as well as ours in one test
   dpkg-dev fakeroot              # the Debian package: its dependencies (dpkg-shlibdeps), a throwaway install
   desktop-file-utils appstream groff-base  # checks of the installed menu entry, metainfo and manual page
 )

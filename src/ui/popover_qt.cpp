@@ -4,6 +4,8 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
+#include "ui/scrolled_content_qt.h"
+
 namespace vantle {
 
 Popover::Popover() : QFrame(nullptr, Qt::Popup | Qt::FramelessWindowHint), scroll_(new QScrollArea(this)) {
@@ -19,8 +21,7 @@ Popover::Popover() : QFrame(nullptr, Qt::Popup | Qt::FramelessWindowHint), scrol
 }
 
 void Popover::setContent(QWidget* content) {
-    delete scroll_->takeWidget();
-    scroll_->setWidget(content);
+    replaceScrolledContent(*scroll_, content);
 }
 
 void Popover::showAgainst(const QRect& anchor, QSize size) {

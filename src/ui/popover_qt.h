@@ -11,7 +11,7 @@ class Popover final : public QFrame {
 public:
     Popover();
 
-    // Replaces the content; the old content is deleted.
+    // Replaces the content; the old content is deleted once the event loop is back.
     void setContent(QWidget* content);
     QScrollArea& scrollArea() { return *scroll_; }
     // Shows the popup with its content size, next to anchor (the tray icon), inside the screen.

@@ -10,6 +10,7 @@ add_library(vantle_ui_qt STATIC
   ${CMAKE_CURRENT_LIST_DIR}/status_item_qt.cpp
   ${CMAKE_CURRENT_LIST_DIR}/settings_window_qt.cpp
   ${CMAKE_CURRENT_LIST_DIR}/popover_qt.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/scrolled_content_qt.cpp
   ${CMAKE_CURRENT_LIST_DIR}/text_colour_qt.cpp
   ${CMAKE_CURRENT_LIST_DIR}/row_renderer_qt.cpp
 )

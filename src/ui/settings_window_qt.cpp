@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "localization/localization.h"
+#include "ui/scrolled_content_qt.h"
 
 namespace vantle {
 
@@ -22,8 +23,7 @@ SettingsWindow::SettingsWindow() : scroll_(new QScrollArea(this)) {
 }
 
 void SettingsWindow::setContent(QWidget* content) {
-    delete scroll_->takeWidget();
-    scroll_->setWidget(content);
+    replaceScrolledContent(*scroll_, content);
 }
 
 void SettingsWindow::closeEvent(QCloseEvent* event) {

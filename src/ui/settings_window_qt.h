@@ -11,7 +11,7 @@ class SettingsWindow final : public QWidget {
 public:
     SettingsWindow();
 
-    // Replaces the page's content; the old content is deleted.
+    // Replaces the page's content; the old content is deleted once the event loop is back.
     void setContent(QWidget* content);
     QScrollArea& scrollArea() { return *scroll_; }
 

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "localization/localization.h"
+#include "program_layout.h"
 #include "screen_layouts.h"
 #include "support/temporary_directory.h"
 
@@ -14,21 +15,6 @@ namespace vantle::testing {
 namespace {
 
 using namespace std::chrono_literals;
-
-// Where the popover's controls sit, from its top left corner, with the English texts: the volume
-// row (whose mute button follows a label of varying length) under the header, then the volume
-// slider, then a name and a slider for each display, 55 points apart.
-constexpr int kMuteButtonX = 165;
-constexpr int kMuteButtonY = 69;
-constexpr int kVolumeSliderY = 100;
-constexpr int kFirstDisplaySliderY = 155;
-constexpr int kDisplayRowHeight = 55;
-constexpr int kSliderMargin = 26;
-
-// The settings window's page selector spans the page under the header.
-constexpr int kPageSelectorY = 85;
-constexpr int kPageSelectorLeft = 26;
-constexpr int kPageSelectorWidth = 628;
 
 const char* const kMediaKeys[] = {"XF86AudioRaiseVolume", "XF86AudioLowerVolume", "XF86AudioMute",
                                   "XF86MonBrightnessUp", "XF86MonBrightnessDown"};
@@ -272,8 +258,7 @@ void SoakTest::switchSettingsPage(std::optional<int> page) {
         return;
     }
     note("settings page " + std::to_string(chosen));
-    clickAt(Point{window->x + kPageSelectorLeft + kPageSelectorWidth * (2 * chosen + 1) / 8,
-                  window->y + kPageSelectorY});
+    clickAt(Point{window->x + pageTabX(chosen), window->y + kPageSelectorY});
 }
 
 void SoakTest::addSoundDevice(bool makeDefault) {
