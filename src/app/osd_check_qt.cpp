@@ -1,8 +1,11 @@
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTimer>
+#include <QWidget>
 #include <cstdio>
+#include <memory>
 
 #include "app/check_modes.h"
 #include "app/display_backends.h"
@@ -13,6 +16,53 @@
 
 namespace vantle {
 namespace {
+
+// A plain white window just under a panel, so that what the screen shows at the panel's
+// corners and centre says what the panel painted, whatever the desktop behind it looks like.
+std::unique_ptr<QWidget> lightBackingFor(OsdPanelWidget& panel) {
+    auto backing = std::make_unique<QWidget>(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                                                          Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus |
+                                                          Qt::X11BypassWindowManagerHint);
+    backing->setAttribute(Qt::WA_ShowWithoutActivating);
+    backing->setWindowTitle(QStringLiteral("Vantle Control OSD check"));
+    QPalette palette = backing->palette();
+    palette.setColor(QPalette::Window, Qt::white);
+    backing->setPalette(palette);
+    backing->setAutoFillBackground(true);
+    backing->setGeometry(panel.geometry());
+    backing->show();
+    panel.raise();
+    return backing;
+}
+
+// Lets the window system map and paint the windows just shown, and a compositor blend them.
+void letThePanelsBeDrawn() {
+    QElapsedTimer waited;
+    waited.start();
+    while (waited.elapsed() < 400) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    }
+}
+
+// Reads the screen's pixels at the panel's corner and centre.
+void readWhatTheScreenShows(const OsdPanelWidget& widget, OsdPanelFacts& facts) {
+    QScreen* screen = widget.screen() != nullptr ? widget.screen() : QGuiApplication::primaryScreen();
+    if (screen == nullptr) {
+        return;
+    }
+    // Window 0 is the whole screen, with every window shown on it, in coordinates from the
+    // screen's top left corner.
+    const QRect frame = widget.geometry();
+    const QPoint origin = frame.topLeft() - screen->geometry().topLeft();
+    const QImage shown = screen->grabWindow(0, origin.x(), origin.y(), frame.width(), frame.height()).toImage();
+    if (shown.width() < frame.width() || shown.height() < frame.height()) {
+        return;
+    }
+    const QColor corner = shown.pixelColor(1, 1);
+    const QColor centre = shown.pixelColor(frame.width() / 2, frame.height() / 2);
+    facts.shownCornerUncovered = corner.red() > 240 && corner.green() > 240 && corner.blue() > 240;
+    facts.shownCentreCovered = centre.red() < 100 && centre.green() < 100 && centre.blue() < 100;
+}
 
 OsdPanelFacts factsOf(OsdPanelWidget& widget) {
     OsdPanelFacts facts;
@@ -58,10 +108,22 @@ int runVerifyOsd(DisplayBackends& displays) {
         const QRect geometry = screen->geometry();
         screens.push_back({geometry.x(), geometry.y(), geometry.width(), geometry.height()});
     }
+    std::vector<std::unique_ptr<QWidget>> backings;
+    for (const std::unique_ptr<OsdPanel>& panel : osd.panels()) {
+        if (OsdPanelWidget* widget = widgetOf(*panel)) {
+            backings.push_back(lightBackingFor(*widget));
+        }
+    }
+    letThePanelsBeDrawn();
     for (const std::unique_ptr<OsdPanel>& panel : osd.panels()) {
         OsdPanelWidget* widget = widgetOf(*panel);
+        std::optional<OsdPanelFacts> facts;
+        if (widget != nullptr) {
+            facts = factsOf(*widget);
+            readWhatTheScreenShows(*widget, *facts);
+        }
         const std::optional<std::string> failure =
-            widget != nullptr ? osdPanelFailure(factsOf(*widget), screens) : "FAIL: OSD geometry or focus";
+            facts ? osdPanelFailure(*facts, screens) : "FAIL: OSD geometry or focus";
         if (failure) {
             std::printf("%s\n", failure->c_str());
             return 1;
@@ -70,6 +132,7 @@ int runVerifyOsd(DisplayBackends& displays) {
             std::printf("%s\n", line);
         }
     }
+    backings.clear();
     // Let the display's own dismissal timer fire.
     QEventLoop loop;
     QTimer::singleShot(1700, &loop, &QEventLoop::quit);

@@ -31,7 +31,7 @@ std::optional<std::string> osdPanelFailure(const OsdPanelFacts& panel, const std
         return "FAIL: OSD geometry or focus";
     }
     if (panel.opaque || panel.backgroundAlpha != 0 || panel.shadow || !panel.hasMask || panel.maskCornerAlpha != 0 ||
-        !(panel.maskCentreAlpha > 0.99)) {
+        !(panel.maskCentreAlpha > 0.99) || !panel.shownCornerUncovered || !panel.shownCentreCovered) {
         return "FAIL: OSD transparency or backdrop mask";
     }
     return std::nullopt;

@@ -19,6 +19,11 @@ struct OsdPanelFacts {
     bool hasMask = false;
     int maskCornerAlpha = 255;  // the mask image's pixel at (0, 0), 0..255
     double maskCentreAlpha = 0; // at (width / 2, height / 2), 0..1
+    // What the screen shows where the panel stands over a plain light backing: the backing still
+    // at the corner (1, 1), so the window is cut to its rounded shape even where no compositor
+    // blends it; the dark backdrop at (width / 2, height / 2).
+    bool shownCornerUncovered = false;
+    bool shownCentreCovered = false;
 };
 
 // The failure line for a panel, or empty when the panel passes. screens are the system's

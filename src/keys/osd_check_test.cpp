@@ -16,6 +16,8 @@ OsdPanelFacts goodPanel() {
     panel.hasMask = true;
     panel.maskCornerAlpha = 0;
     panel.maskCentreAlpha = 1.0;
+    panel.shownCornerUncovered = true;
+    panel.shownCentreCovered = true;
     return panel;
 }
 
@@ -47,6 +49,8 @@ TEST(OsdCheckTest, TransparencyAndMaskFailures) {
              [](OsdPanelFacts& panel) { panel.hasMask = false; },
              [](OsdPanelFacts& panel) { panel.maskCornerAlpha = 3; },
              [](OsdPanelFacts& panel) { panel.maskCentreAlpha = 0.98; },
+             [](OsdPanelFacts& panel) { panel.shownCornerUncovered = false; },  // a square window
+             [](OsdPanelFacts& panel) { panel.shownCentreCovered = false; },    // nothing drawn
          }) {
         OsdPanelFacts panel = goodPanel();
         spoil(panel);

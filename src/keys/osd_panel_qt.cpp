@@ -1,5 +1,6 @@
 #include "keys/osd_panel_qt.h"
 
+#include <QBitmap>
 #include <QIcon>
 #include <QPainter>
 #include <QPainterPath>
@@ -108,6 +109,10 @@ OsdPanelWidget::OsdPanelWidget(const ScreenFrame& frame, const OsdContent& conte
     setWindowTitle(QString::fromStdString(content.text));
     setAccessibleName(QString::fromStdString(content.description));
     setGeometry(frame.x, frame.y, frame.width, frame.height);
+    // Without a compositor the window's alpha is ignored and its transparent corners would show
+    // as black: the window itself is cut to the rounded shape (X Shape extension), which every X
+    // server honours. With a compositor the same shape changes nothing visible.
+    setMask(QBitmap::fromImage(mask_.createAlphaMask()));
 }
 
 void OsdPanelWidget::paintEvent(QPaintEvent*) {

@@ -329,9 +329,18 @@ TEST_F(DisplayX11Test, SoftwareOffMeansNoLinesAndAFailedRoundTrip) {
     EXPECT_EQ(result.standardOutput, "");
 }
 
+// Without a compositor the panels' rounded corners exist only through the windows' shape.
 TEST_F(DisplayX11Test, VerifyOsdShowsAPanelOnEachMonitorAndDismissesThem) {
     const ChildResult result = runChild(VANTLE_PROGRAM, {"--verify-osd"}, childOptions());
     EXPECT_EQ(result.exitStatus, 0) << result.standardError;
+    const std::string pass = std::string(kOsdPassLines[0]) + "\n" + kOsdPassLines[1] + "\n";
+    EXPECT_EQ(result.standardOutput, pass + pass + "PASS: automatic OSD dismissal\n");
+}
+
+TEST_F(DisplayX11Test, VerifyOsdPassesWithACompositorBlendingThePanels) {
+    startCompositor();
+    const ChildResult result = runChild(VANTLE_PROGRAM, {"--verify-osd"}, childOptions());
+    EXPECT_EQ(result.exitStatus, 0) << result.standardOutput << result.standardError;
     const std::string pass = std::string(kOsdPassLines[0]) + "\n" + kOsdPassLines[1] + "\n";
     EXPECT_EQ(result.standardOutput, pass + pass + "PASS: automatic OSD dismissal\n");
 }
