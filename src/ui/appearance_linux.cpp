@@ -8,8 +8,14 @@
 #include <QDBusVariant>
 #include <QPalette>
 #include <QStyle>
-#include <QStyleFactory>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <optional>
+#include <sstream>
+#include <string>
+
+#include "ui/desktop_scheme.h"
 
 namespace vantle {
 namespace {
@@ -53,6 +59,66 @@ std::optional<bool> portalScheme() {
         return std::nullopt;
     }
     return unwrapScheme(reply.value()) == kPrefersDark;
+}
+
+// The style and palette the desktop gave the program, taken before the program first changes
+// either, so that the light scheme is the desktop's own look and not a stand-in for it.
+struct DesktopLook {
+    QString style;
+    QPalette palette;
+};
+
+const DesktopLook& desktopLook() {
+    static const DesktopLook look{QApplication::style()->name(), QApplication::palette()};
+    return look;
+}
+
+std::filesystem::path userConfigFolder() {
+    const char* configured = std::getenv("XDG_CONFIG_HOME");
+    if (configured != nullptr && std::filesystem::path(configured).is_absolute()) {
+        return configured;
+    }
+    const char* home = std::getenv("HOME");
+    return home != nullptr ? std::filesystem::path(home) / ".config" : std::filesystem::path();
+}
+
+// A small settings file's text; empty when it is missing, unreadable or not a file.
+std::string settingsFileText(const std::filesystem::path& path) {
+    std::error_code error;
+    if (path.empty() || !std::filesystem::is_regular_file(path, error)) {
+        return {};
+    }
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+std::optional<bool> gtkScheme(const std::filesystem::path& config) {
+    if (const char* theme = std::getenv("GTK_THEME")) {
+        if (const std::optional<bool> dark = gtkThemeVariablePrefersDark(theme)) {
+            return dark;
+        }
+    }
+    for (const char* version : {"gtk-4.0", "gtk-3.0"}) {
+        if (const std::optional<bool> dark = gtkSettingsPreferDark(settingsFileText(config / version / "settings.ini"))) {
+            return dark;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<bool> kdeScheme(const std::filesystem::path& config) {
+    return kdeGlobalsPreferDark(settingsFileText(config / "kdeglobals"));
+}
+
+// What the desktop's own settings files say, its own toolkit's first.
+std::optional<bool> settingsFilesScheme() {
+    const std::filesystem::path config = userConfigFolder();
+    const char* desktop = std::getenv("XDG_CURRENT_DESKTOP");
+    const bool kdeFirst = desktop != nullptr && std::string(desktop).find("KDE") != std::string::npos;
+    const std::optional<bool> first = kdeFirst ? kdeScheme(config) : gtkScheme(config);
+    return first ? first : (kdeFirst ? gtkScheme(config) : kdeScheme(config));
 }
 
 QPalette darkPalette() {
@@ -107,15 +173,27 @@ bool DesktopAppearance::dark() const {
     if (const std::optional<bool> scheme = portalScheme()) {
         return *scheme;
     }
-    return QApplication::style()->standardPalette().color(QPalette::Window).lightness() < 128;
+    if (const std::optional<bool> scheme = settingsFilesScheme()) {
+        return *scheme;
+    }
+    return desktopLook().palette.color(QPalette::Window).lightness() < 128;
 }
 
 void DesktopAppearance::apply(bool dark) {
-    // One style for both schemes, so that only the colours change, never the shapes.
-    if (QStyle* fusion = QStyleFactory::create("Fusion")) {
-        QApplication::setStyle(fusion);
+    const DesktopLook& desktop = desktopLook();
+    if (dark) {
+        // Fusion draws every part from the palette, so the dark colours reach every control,
+        // whatever the desktop's own style would have made of them.
+        if (QApplication::style()->name().compare(QStringLiteral("fusion"), Qt::CaseInsensitive) != 0) {
+            QApplication::setStyle(QStringLiteral("Fusion"));
+        }
+        QApplication::setPalette(darkPalette());
+        return;
     }
-    QApplication::setPalette(dark ? darkPalette() : QApplication::style()->standardPalette());
+    if (QApplication::style()->name() != desktop.style) {
+        QApplication::setStyle(desktop.style);
+    }
+    QApplication::setPalette(desktop.palette);
 }
 
 void DesktopAppearance::settingChanged(const QDBusMessage& message) {

@@ -8,9 +8,10 @@ class QDBusMessage;
 namespace vantle {
 
 // The desktop's light or dark preference, from the freedesktop settings portal
-// (org.freedesktop.appearance color-scheme), and its changes. Without a portal the running
-// style's own palette decides. VANTLE_COLOR_SCHEME=dark or light overrides both, for desktops
-// whose portal does not tell.
+// (org.freedesktop.appearance color-scheme), and its changes. Without a portal the desktop's
+// own settings files decide (GTK's settings.ini and GTK_THEME, KDE's kdeglobals), and without
+// those the palette the desktop gave the program. VANTLE_COLOR_SCHEME=dark or light overrides
+// them all, for desktops that tell none of them.
 class DesktopAppearance final : public QObject {
     Q_OBJECT
 public:
@@ -21,7 +22,8 @@ public:
     // Asks afresh every time; answers within half a second even when the portal hangs.
     bool dark() const;
 
-    // Applies light or dark colours to every window of the program.
+    // Applies dark colours to every window of the program, or gives the light scheme back to the
+    // desktop's own style and palette.
     static void apply(bool dark);
 
 private slots:

@@ -23,7 +23,7 @@ namespace vantle::testing {
 using namespace std::chrono_literals;
 
 class ProgramTest : public DesktopTest {
-protected:
+public:
     ProgramTest() {
         startTrayHost();
         pactl({"set-default-sink", "studio"});
@@ -37,6 +37,9 @@ protected:
         options.environment = std::move(environment);
         return std::make_unique<RunningChild>(program, arguments, options);
     }
+
+    // The user's configuration folder the program sees (XDG_CONFIG_HOME).
+    std::filesystem::path configFolder() const { return configHome(); }
 
     static bool trayIconShown() { return trayIconCount() > 0; }
 

@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <sstream>
 
+#include <QImage>
+
 #include "program_fixture.h"
 
 namespace vantle::testing {
@@ -244,6 +246,38 @@ TEST_F(ProgramTest, DarkAppearanceForTheArtefacts) {
     ASSERT_TRUE(waitFor([] { return windowNamed(L("s025")).has_value(); }, 5s));
     std::this_thread::sleep_for(500ms);
     screenshot("settings-general-dark", windowNamed(L("s025")));
+}
+
+// The settings window, opened by a preview on a session bus without a settings portal, with the
+// desktop's GTK settings saying settingsIni. The lightness of its background at its bottom left
+// corner, 0 to 255, read from a screenshot.
+int backgroundLightnessWithGtkSettings(ProgramTest& test, const std::string& settingsIni, const std::string& artefact) {
+    const PrivateSessionBus bus;
+    writeFile(test.configFolder() / "gtk-3.0" / "settings.ini", settingsIni);
+    auto preview = test.start({"--preview-localization"}, {{"DBUS_SESSION_BUS_ADDRESS", bus.address()},
+                                                           {"VANTLE_COLOR_SCHEME", std::nullopt},
+                                                           {"GTK_THEME", std::nullopt},
+                                                           {"XDG_CURRENT_DESKTOP", std::nullopt}});
+    if (!waitFor([] { return windowNamed(L("s025")).has_value(); }, 5s)) {
+        ADD_FAILURE() << "no settings window";
+        return -1;
+    }
+    std::this_thread::sleep_for(500ms);
+    ProgramTest::screenshot(artefact, windowNamed(L("s025")));
+    const QImage shot(QString::fromStdString(std::string(VANTLE_ARTEFACTS) + "/" + artefact + ".png"));
+    return shot.isNull() ? -1 : shot.pixelColor(3, shot.height() - 3).lightness();
+}
+
+TEST_F(ProgramTest, WithoutAPortalTheDesktopsGtkSettingsChooseDark) {
+    EXPECT_LT(backgroundLightnessWithGtkSettings(*this, "[Settings]\ngtk-application-prefer-dark-theme=1\n",
+                                                 "settings-dark-from-gtk-settings"),
+              100);
+}
+
+TEST_F(ProgramTest, WithoutAPortalTheDesktopsGtkSettingsKeepItLight) {
+    EXPECT_GT(backgroundLightnessWithGtkSettings(*this, "[Settings]\ngtk-theme-name=Adwaita\n",
+                                                 "settings-light-from-gtk-settings"),
+              180);
 }
 
 }  // namespace
