@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds the fuzz targets with clang's libFuzzer (address and undefined-behaviour sanitizers on)
 # and runs each for a bounded time: the string tables, the settings file, the Dock's exported
-# preferences, the typed percentage and the text formatter.
+# preferences, the typed percentage, the text formatter, the update feed and EDID blocks.
 #
 #   bash scripts/fuzz.sh                       every target for 20 seconds
 #   FUZZ_SECONDS=600 bash scripts/fuzz.sh      every target for ten minutes
@@ -16,7 +16,8 @@ cd "$(dirname "$0")/.."
 
 seconds=${FUZZ_SECONDS:-20}
 build=${FUZZ_BUILD:-build/fuzz}
-all_targets=(fuzz_strings_file fuzz_settings_file fuzz_dock_plist fuzz_percentage fuzz_format)
+all_targets=(fuzz_strings_file fuzz_settings_file fuzz_dock_plist fuzz_percentage fuzz_format fuzz_update_feed
+  fuzz_edid)
 if [ $# -gt 0 ]; then targets=("$@"); else targets=("${all_targets[@]}"); fi
 
 for target in "${targets[@]}"; do

@@ -30,11 +30,11 @@ std::string_view localName(std::string_view name);
 // Whether the name carries a namespace prefix.
 bool hasPrefix(std::string_view name);
 
-// Parses a whole document (UTF-8, optionally with a byte-order mark) into its root element.
-// Empty when the document is not well-formed: unbalanced tags, a duplicate attribute, an
-// unknown entity, text outside the root, a second root, or nesting deeper than 256 elements.
-// Document type declarations with an internal subset are refused, so that a document can never
-// define entities that expand into more text than it holds.
+// Parses a whole document (in the encoding it declares, UTF-8 by default, with or without a
+// byte-order mark) into its root element. Empty when the document is not well-formed (unbalanced
+// tags, a duplicate attribute, an unknown entity or namespace prefix, text outside the root, a
+// second root) or nests deeper than 256 elements. Any document type declaration is refused, so
+// that a document can never define entities that expand into more text than it holds.
 std::optional<XmlElement> parseXml(std::string_view document);
 
 }  // namespace vantle

@@ -48,9 +48,19 @@ TEST(XmlReaderTest, KeepsNamespacePrefixesInNames) {
     EXPECT_FALSE(hasPrefix("version"));
 }
 
-TEST(XmlReaderTest, SkipsAByteOrderMarkAndALeadingDocumentType) {
+TEST(XmlReaderTest, SkipsAByteOrderMark) {
     EXPECT_TRUE(parseXml("\xEF\xBB\xBF<a/>"));
-    EXPECT_TRUE(parseXml("<!DOCTYPE rss SYSTEM \"http://example.org/rss.dtd\">\n<rss/>"));
+}
+
+TEST(XmlReaderTest, ReadsTheEncodingTheDocumentDeclares) {
+    const std::optional<XmlElement> root = parseXml("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><a>caf\xE9</a>");
+    ASSERT_TRUE(root);
+    EXPECT_EQ(root->text, "caf\xC3\xA9");
+}
+
+TEST(XmlReaderTest, RefusesAnyDocumentType) {
+    EXPECT_FALSE(parseXml("<!DOCTYPE rss SYSTEM \"http://example.org/rss.dtd\">\n<rss/>"));
+    EXPECT_FALSE(parseXml("<!DOCTYPE rss>\n<rss/>"));
 }
 
 TEST(XmlReaderTest, AttributeLineBreaksReadAsBlanks) {
@@ -83,6 +93,7 @@ TEST(XmlReaderTest, RefusesDocumentsThatAreNotWellFormed) {
              "</a>",
              "<1a/>",
              "<a><!ELEMENT x></a>",
+             "<s:a/>",  // a prefix bound to no namespace
          }) {
         EXPECT_FALSE(parseXml(broken)) << broken;
     }
