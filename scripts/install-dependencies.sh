@@ -12,6 +12,7 @@ packages=(
   pulseaudio pulseaudio-utils    # a private sound server and pactl for the tests
   qt6-base-dev qt6-qpa-plugins libgl-dev  # the user interface (Qt 6 Widgets) and its X11 platform plugin
   libxcb-randr0-dev libxkbcommon-dev  # screens, EDIDs and gamma ramps through RandR
+  libxcb-xfixes0-dev             # told at once when a compositor starts or stops, so shades never turn black
   libxcb-xkb-dev                 # held media keys told apart from new presses (detectable auto-repeat)
   xvfb x11-xserver-utils xcompmgr xdotool  # a private X server with monitors, a compositor and key events for the tests
   libsystemd-dev dbus-daemon     # backlight writes through logind on the system bus; a private bus for its tests

@@ -7,30 +7,51 @@
 #include <memory>
 
 #include "display/shade_window_qt.h"
+#include "display/switching_shade.h"
 
 namespace vantle {
 
+namespace {
+
+// A shade the factory can still reach to move it when the compositor comes or goes.
+class WatchedShade final : public ShadePanel {
+public:
+    WatchedShade(SwitchingShade::Maker make, bool composited, std::weak_ptr<std::set<SwitchingShade*>> live)
+        : shade_(std::move(make), composited), live_(std::move(live)) {
+        if (auto shades = live_.lock()) {
+            shades->insert(&shade_);
+        }
+    }
+    ~WatchedShade() override {
+        if (auto shades = live_.lock()) {
+            shades->erase(&shade_);
+        }
+    }
+    WatchedShade(const WatchedShade&) = delete;
+    WatchedShade& operator=(const WatchedShade&) = delete;
+
+    bool canDim() const { return shade_.canDim(); }
+    void setUp(const ScreenFrame& frame) override { shade_.setUp(frame); }
+    void setAlpha(double alpha) override { shade_.setAlpha(alpha); }
+    void orderOut() override { shade_.orderOut(); }
+    void orderFrontRegardless() override { shade_.orderFrontRegardless(); }
+
+private:
+    SwitchingShade shade_;
+    std::weak_ptr<std::set<SwitchingShade*>> live_;
+};
+
+}  // namespace
+
 LinuxShadeFactory::LinuxShadeFactory(xcb_connection_t* connection, X11ScreenSystem& screens,
                                      SavedGammaRamps& savedRamps)
-    : connection_(connection), screens_(screens), savedRamps_(savedRamps) {}
+    : connection_(connection),
+      screens_(screens),
+      savedRamps_(savedRamps),
+      compositor_(connection, [this](bool running) { compositorChanged(running); }) {}
 
-bool LinuxShadeFactory::compositorRunning() {
-    const char* name = "_NET_WM_CM_S0";
-    std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom(
-        xcb_intern_atom_reply(connection_, xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(std::strlen(name)), name),
-                              nullptr),
-        &std::free);
-    if (!atom) {
-        return false;
-    }
-    std::unique_ptr<xcb_get_selection_owner_reply_t, decltype(&std::free)> owner(
-        xcb_get_selection_owner_reply(connection_, xcb_get_selection_owner(connection_, atom->atom), nullptr),
-        &std::free);
-    return owner && owner->owner != XCB_NONE;
-}
-
-std::unique_ptr<ShadePanel> LinuxShadeFactory::makePanel(std::uint32_t display, const ScreenFrame&) {
-    if (compositorRunning()) {
+std::unique_ptr<ShadePanel> LinuxShadeFactory::makeFor(std::uint32_t display, bool composited) {
+    if (composited) {
         return std::make_unique<ShadeWindow>();
     }
     const X11ScreenSystem::Output output = screens_.outputOf(display);
@@ -38,6 +59,21 @@ std::unique_ptr<ShadePanel> LinuxShadeFactory::makePanel(std::uint32_t display, 
         return nullptr;
     }
     return std::make_unique<GammaShade>(connection_, output.crtc, output.name, savedRamps_);
+}
+
+std::unique_ptr<ShadePanel> LinuxShadeFactory::makePanel(std::uint32_t display, const ScreenFrame&) {
+    auto shade = std::make_unique<WatchedShade>(
+        [this, display](bool composited) { return makeFor(display, composited); }, compositor_.running(), live_);
+    if (!shade->canDim()) {
+        return nullptr;
+    }
+    return shade;
+}
+
+void LinuxShadeFactory::compositorChanged(bool running) {
+    for (SwitchingShade* shade : *live_) {
+        shade->useCompositor(running);
+    }
 }
 
 void restoreSavedGammaRamps(xcb_connection_t* connection, X11ScreenSystem& screens, SavedGammaRamps& savedRamps) {

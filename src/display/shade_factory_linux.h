@@ -1,5 +1,9 @@
 #pragma once
 
+#include <memory>
+#include <set>
+
+#include "display/compositor_watch_x11.h"
 #include "display/gamma_shade_x11.h"
 #include "display/screens_x11.h"
 #include "display/shade.h"
@@ -8,23 +12,29 @@ struct xcb_connection_t;
 
 namespace vantle {
 
+class SwitchingShade;
+
 // Chooses how to dim each display on X11: a translucent black window when a compositor runs,
 // else the gamma ramp of the display's own CRTC. A display without a CRTC of its own cannot be
 // dimmed without a compositor: no panel is made for it, so the write reports failure instead
-// of covering the screen in opaque black.
+// of covering the screen in opaque black. When a compositor starts or stops, every live shade
+// moves to the other way at the level it has.
 class LinuxShadeFactory final : public ShadeFactory {
 public:
     LinuxShadeFactory(xcb_connection_t* connection, X11ScreenSystem& screens, SavedGammaRamps& savedRamps);
 
     std::unique_ptr<ShadePanel> makePanel(std::uint32_t display, const ScreenFrame& frame) override;
 
-    // Whether a compositing manager owns the screen's _NET_WM_CM_S0 selection right now.
-    bool compositorRunning();
-
 private:
+    std::unique_ptr<ShadePanel> makeFor(std::uint32_t display, bool composited);
+    void compositorChanged(bool running);
+
     xcb_connection_t* connection_;
     X11ScreenSystem& screens_;
     SavedGammaRamps& savedRamps_;
+    // The shades made and not yet destroyed; each takes itself out as it goes.
+    std::shared_ptr<std::set<SwitchingShade*>> live_ = std::make_shared<std::set<SwitchingShade*>>();
+    CompositorWatch compositor_;
 };
 
 // Puts back the ramps of displays that were still dimmed when the program last ended, and

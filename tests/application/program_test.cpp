@@ -73,6 +73,22 @@ TEST_F(ProgramTest, ShowsItsTrayIconAndOpensThePopoverOnAClick) {
     EXPECT_TRUE(waitFor([] { return sinkLevel("studio") < 0.49f; }, 3s)) << sinkLevel("studio");
 }
 
+TEST_F(ProgramTest, ClickOnTheTrayIconWhileThePopoverIsOpenClosesIt) {
+    auto program = start({"--suppress-keyboard-invitation"});
+    ASSERT_TRUE(waitFor(trayIconShown, 5s));
+    std::this_thread::sleep_for(600ms);  // the tray settles the icon's place
+    clickTrayIcon();
+    ASSERT_TRUE(waitFor([] { return popover().has_value(); }, 6s));
+    clickTrayIcon();
+    EXPECT_TRUE(waitFor([] { return !popover().has_value(); }, 3s));
+    // It stays closed: the press that closed it does not reach the icon a second time.
+    std::this_thread::sleep_for(1s);
+    EXPECT_FALSE(popover().has_value());
+    // The next click opens it again.
+    clickTrayIcon();
+    EXPECT_TRUE(waitFor([] { return popover().has_value(); }, 6s));
+}
+
 // Resident memory says something only about the optimised program: the address
 // sanitizer keeps freed blocks in quarantine and grows by design.
 #if !defined(__SANITIZE_ADDRESS__)

@@ -2,11 +2,13 @@
 #include <signal.h>
 #include <xcb/xcb.h>
 
+#include <QEventLoop>
 #include <QGuiApplication>
 #include <QWindow>
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <thread>
 
 #include "app/display_backends.h"
@@ -25,6 +27,8 @@
 
 namespace vantle::testing {
 namespace {
+
+using namespace std::chrono_literals;
 
 constexpr std::uint32_t kSyntheticIdBit = 0x80000000u;
 
@@ -242,6 +246,45 @@ TEST_F(DisplayX11Test, WithCompositorATranslucentWindowCoversTheScreen) {
     ASSERT_TRUE(brightness.write(right, 1.0f));
     EXPECT_TRUE(visibleShades().empty());
     EXPECT_EQ(brightness.shades().count(right), 1u);
+}
+
+// Runs the event loop until done answers true, for at most atMost; done's last answer.
+bool pumpUntil(const std::function<bool()>& done, std::chrono::milliseconds atMost) {
+    const auto deadline = std::chrono::steady_clock::now() + atMost;
+    while (!done()) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            return false;
+        }
+        QGuiApplication::processEvents(QEventLoop::AllEvents, 20);
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return true;
+}
+
+TEST_F(DisplayX11Test, ShadesMoveToTheRampWhenTheCompositorStopsAndBackWhenItReturns) {
+    startCompositor();
+    softwareBrightness(true);
+    auto displays = backends();
+    Brightness& brightness = displays->brightness();
+    const std::uint32_t right = brightness.screens()[1].id;
+    ASSERT_TRUE(brightness.write(leftDisplayId(), 0.5f));
+    ASSERT_TRUE(brightness.write(right, 0.5f));
+    ASSERT_EQ(visibleShades().size(), 2u);
+    EXPECT_EQ(gammaTop(), 65535);
+
+    // Without the compositor a translucent window shows as opaque black: LEFT's level moves to its
+    // ramp, and RIGHT, which has no ramp of its own, is uncovered rather than blacked out.
+    stopCompositor();
+    EXPECT_TRUE(pumpUntil([] { return visibleShades().empty(); }, 3s)) << visibleShades().size();
+    EXPECT_NEAR(gammaTop(), 65535 * 0.575, 2);
+    EXPECT_EQ(brightness.read(leftDisplayId()), 0.5f);
+
+    startCompositor();
+    EXPECT_TRUE(pumpUntil([] { return visibleShades().size() == 2; }, 3s)) << visibleShades().size();
+    EXPECT_EQ(gammaTop(), 65535);
+    for (QWindow* shade : visibleShades()) {
+        EXPECT_NEAR(shade->opacity(), 0.425, 0.01);
+    }
 }
 
 TEST_F(DisplayX11Test, MonitorRemovedWhileDimmedLosesItsShade) {
