@@ -2,6 +2,7 @@
 // them. Every item it accepts must have a version and a web address to download from, every
 // link it keeps must be http or https (the desktop's opener would open anything else, local
 // files included), and the newest update among them must be one of them.
+#include <cctype>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -13,8 +14,13 @@ namespace {
 
 using vantle::fuzz::require;
 
+// A scheme is case-insensitive: "HTTPS://" is as much a web address as "https://".
 bool isWebAddress(std::string_view link) {
-    return link.starts_with("https://") || link.starts_with("http://");
+    std::string scheme(link.substr(0, link.find(':')));
+    for (char& c : scheme) {
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    }
+    return (scheme == "https" || scheme == "http") && link.substr(scheme.size()).starts_with("://");
 }
 
 }  // namespace
