@@ -10,11 +10,10 @@
 #include <QStyle>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <optional>
-#include <sstream>
 #include <string>
 
+#include "services/file_contents.h"
 #include "ui/desktop_scheme.h"
 
 namespace vantle {
@@ -82,18 +81,6 @@ std::filesystem::path userConfigFolder() {
     return home != nullptr ? std::filesystem::path(home) / ".config" : std::filesystem::path();
 }
 
-// A small settings file's text; empty when it is missing, unreadable or not a file.
-std::string settingsFileText(const std::filesystem::path& path) {
-    std::error_code error;
-    if (path.empty() || !std::filesystem::is_regular_file(path, error)) {
-        return {};
-    }
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
 std::optional<bool> gtkScheme(const std::filesystem::path& config) {
     if (const char* theme = std::getenv("GTK_THEME")) {
         if (const std::optional<bool> dark = gtkThemeVariablePrefersDark(theme)) {
@@ -101,7 +88,7 @@ std::optional<bool> gtkScheme(const std::filesystem::path& config) {
         }
     }
     for (const char* version : {"gtk-4.0", "gtk-3.0"}) {
-        if (const std::optional<bool> dark = gtkSettingsPreferDark(settingsFileText(config / version / "settings.ini"))) {
+        if (const std::optional<bool> dark = gtkSettingsPreferDark(readFileContents(config / version / "settings.ini").value_or(""))) {
             return dark;
         }
     }
@@ -109,7 +96,7 @@ std::optional<bool> gtkScheme(const std::filesystem::path& config) {
 }
 
 std::optional<bool> kdeScheme(const std::filesystem::path& config) {
-    return kdeGlobalsPreferDark(settingsFileText(config / "kdeglobals"));
+    return kdeGlobalsPreferDark(readFileContents(config / "kdeglobals").value_or(""));
 }
 
 // What the desktop's own settings files say, its own toolkit's first.

@@ -6,48 +6,16 @@
 #include <string>
 #include <vector>
 
+#include "services/key_file.h"
+
 namespace vantle {
 namespace {
-
-std::string_view trimmed(std::string_view text) {
-    const auto blank = [](char c) { return c == ' ' || c == '\t' || c == '\r'; };
-    while (!text.empty() && blank(text.front())) {
-        text.remove_prefix(1);
-    }
-    while (!text.empty() && blank(text.back())) {
-        text.remove_suffix(1);
-    }
-    return text;
-}
 
 std::string lowercase(std::string_view text) {
     std::string result(text);
     std::transform(result.begin(), result.end(), result.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return result;
-}
-
-// The value of key in [group] of an INI-style text; the last one wins, as in both toolkits.
-std::optional<std::string> iniValue(std::string_view text, std::string_view group, std::string_view key) {
-    std::optional<std::string> found;
-    bool inGroup = false;
-    while (!text.empty()) {
-        const std::size_t end = text.find('\n');
-        const std::string_view line = trimmed(text.substr(0, end));
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-        if (line.empty() || line.front() == '#' || line.front() == ';') {
-            continue;
-        }
-        if (line.front() == '[') {
-            inGroup = line == "[" + std::string(group) + "]";
-            continue;
-        }
-        const std::size_t equals = line.find('=');
-        if (inGroup && equals != std::string_view::npos && trimmed(line.substr(0, equals)) == key) {
-            found = std::string(trimmed(line.substr(equals + 1)));
-        }
-    }
-    return found;
 }
 
 bool namesDark(std::string_view name) {
@@ -70,7 +38,7 @@ std::optional<std::vector<int>> rgb(std::string_view text) {
     std::vector<int> parts;
     while (true) {
         const std::size_t comma = text.find(',');
-        const std::string_view part = trimmed(text.substr(0, comma));
+        const std::string_view part = trimmedOfBlanks(text.substr(0, comma));
         int value = -1;
         const auto [end, error] = std::from_chars(part.data(), part.data() + part.size(), value);
         if (error != std::errc() || end != part.data() + part.size() || value < 0 || value > 255) {
@@ -91,11 +59,11 @@ std::optional<std::vector<int>> rgb(std::string_view text) {
 }  // namespace
 
 std::optional<bool> gtkSettingsPreferDark(std::string_view settingsIni) {
-    const std::optional<std::string> prefers = iniValue(settingsIni, "Settings", "gtk-application-prefer-dark-theme");
+    const std::optional<std::string> prefers = keyFileValue(settingsIni, "Settings", "gtk-application-prefer-dark-theme");
     if (prefers && truth(*prefers) == true) {
         return true;
     }
-    if (const std::optional<std::string> theme = iniValue(settingsIni, "Settings", "gtk-theme-name");
+    if (const std::optional<std::string> theme = keyFileValue(settingsIni, "Settings", "gtk-theme-name");
         theme && !theme->empty()) {
         return namesDark(*theme);
     }
@@ -103,7 +71,7 @@ std::optional<bool> gtkSettingsPreferDark(std::string_view settingsIni) {
 }
 
 std::optional<bool> gtkThemeVariablePrefersDark(std::string_view theme) {
-    theme = trimmed(theme);
+    theme = trimmedOfBlanks(theme);
     if (theme.empty()) {
         return std::nullopt;
     }
@@ -111,14 +79,14 @@ std::optional<bool> gtkThemeVariablePrefersDark(std::string_view theme) {
 }
 
 std::optional<bool> kdeGlobalsPreferDark(std::string_view kdeGlobals) {
-    if (const std::optional<std::string> background = iniValue(kdeGlobals, "Colors:Window", "BackgroundNormal")) {
+    if (const std::optional<std::string> background = keyFileValue(kdeGlobals, "Colors:Window", "BackgroundNormal")) {
         if (const std::optional<std::vector<int>> colour = rgb(*background)) {
             // The same weighting of the channels as the eye's, as a toolkit's lightness has it.
             const int lightness = ((*colour)[0] * 299 + (*colour)[1] * 587 + (*colour)[2] * 114) / 1000;
             return lightness < 128;
         }
     }
-    if (const std::optional<std::string> scheme = iniValue(kdeGlobals, "General", "ColorScheme");
+    if (const std::optional<std::string> scheme = keyFileValue(kdeGlobals, "General", "ColorScheme");
         scheme && !scheme->empty()) {
         return namesDark(*scheme);
     }

@@ -1,20 +1,11 @@
 #include "services/login/desktop_entry.h"
 
+#include "services/key_file.h"
+
 namespace vantle {
 namespace {
 
 constexpr std::string_view kReservedInExec = " \t\n\"'\\><~|&;$*?#()`";
-
-std::string_view trimmed(std::string_view text) {
-    const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\r'; };
-    while (!text.empty() && isBlank(text.front())) {
-        text.remove_prefix(1);
-    }
-    while (!text.empty() && isBlank(text.back())) {
-        text.remove_suffix(1);
-    }
-    return text;
-}
 
 std::string entryText(std::string_view executablePath, bool hidden) {
     std::string text = "[Desktop Entry]\n"
@@ -91,7 +82,7 @@ bool entryStartsAtLogin(std::string_view text) {
     bool switchedOff = false;
     while (!text.empty()) {
         const std::size_t end = text.find('\n');
-        const std::string_view line = trimmed(text.substr(0, end));
+        const std::string_view line = trimmedOfBlanks(text.substr(0, end));
         text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
         if (line.empty() || line.front() == '#') {
             continue;
@@ -105,8 +96,8 @@ bool entryStartsAtLogin(std::string_view text) {
         if (!inMainGroup || equals == std::string_view::npos) {
             continue;
         }
-        const std::string_view key = trimmed(line.substr(0, equals));
-        const std::string_view value = trimmed(line.substr(equals + 1));
+        const std::string_view key = trimmedOfBlanks(line.substr(0, equals));
+        const std::string_view value = trimmedOfBlanks(line.substr(equals + 1));
         if (key == "Exec") {
             hasCommand = !value.empty();
         } else if (key == "Hidden") {
