@@ -23,7 +23,7 @@ namespace vantle::testing {
 using namespace std::chrono_literals;
 
 class ProgramTest : public DesktopTest {
-public:
+protected:
     ProgramTest() {
         startTrayHost();
         pactl({"set-default-sink", "studio"});
@@ -38,9 +38,6 @@ public:
         return std::make_unique<RunningChild>(program, arguments, options);
     }
 
-    // The user's configuration folder the program sees (XDG_CONFIG_HOME).
-    std::filesystem::path configFolder() const { return configHome(); }
-
     static bool trayIconShown() { return trayIconCount() > 0; }
 
     static std::optional<Geometry> popover() { return windowNamed("Vantle Control"); }
@@ -49,6 +46,17 @@ public:
 
     // The tray icon sits at the right end of the tray host's panel, at the top right of LEFT.
     static void clickTrayIcon() { clickAt(1908, 12); }
+
+    // Waits for the tray icon of a program just started, lets the tray host settle its place,
+    // clicks it and waits for the popover; whether the popover showed.
+    static bool openPopoverOnceTheIconShows() {
+        if (!waitFor(trayIconShown, 5s)) {
+            return false;
+        }
+        std::this_thread::sleep_for(600ms);
+        clickTrayIcon();
+        return waitFor([] { return popover().has_value(); }, 6s);
+    }
 
     static void screenshot(const std::string& name, const std::optional<Geometry>& area = std::nullopt) {
         std::filesystem::create_directories(VANTLE_ARTEFACTS);

@@ -61,10 +61,7 @@ private:
 
 TEST_F(ProgramTest, ShowsItsTrayIconAndOpensThePopoverOnAClick) {
     auto program = start({"--suppress-keyboard-invitation"});
-    ASSERT_TRUE(waitFor(trayIconShown, 5s));
-    std::this_thread::sleep_for(600ms);  // the tray settles the icon's place
-    clickTrayIcon();
-    ASSERT_TRUE(waitFor([] { return popover().has_value(); }, 6s));
+    ASSERT_TRUE(openPopoverOnceTheIconShows());
     const Geometry shown = *popover();
     EXPECT_GE(shown.width, 420);
     screenshot("popover", Geometry{shown.x - 10, 0, shown.width + 20, shown.height + shown.y + 10});
@@ -75,10 +72,7 @@ TEST_F(ProgramTest, ShowsItsTrayIconAndOpensThePopoverOnAClick) {
 
 TEST_F(ProgramTest, ClickOnTheTrayIconWhileThePopoverIsOpenClosesIt) {
     auto program = start({"--suppress-keyboard-invitation"});
-    ASSERT_TRUE(waitFor(trayIconShown, 5s));
-    std::this_thread::sleep_for(600ms);  // the tray settles the icon's place
-    clickTrayIcon();
-    ASSERT_TRUE(waitFor([] { return popover().has_value(); }, 6s));
+    ASSERT_TRUE(openPopoverOnceTheIconShows());
     clickTrayIcon();
     EXPECT_TRUE(waitFor([] { return !popover().has_value(); }, 3s));
     // It stays closed: the press that closed it does not reach the icon a second time.
@@ -147,10 +141,7 @@ TEST_F(ProgramTest, PreviewPagesInFrenchForTheArtefacts) {
 
 TEST_F(ProgramTest, SixPretendDisplaysGiveSixRowsInThePopover) {
     auto program = start({"--preview-localization", "--preview-six-displays"});
-    ASSERT_TRUE(waitFor(trayIconShown, 5s));
-    std::this_thread::sleep_for(600ms);
-    clickTrayIcon();
-    ASSERT_TRUE(waitFor([] { return popover().has_value(); }, 6s));
+    ASSERT_TRUE(openPopoverOnceTheIconShows());
     const Geometry shown = *popover();
     screenshot("popover-six-displays", Geometry{shown.x - 10, 0, shown.width + 20, shown.height + shown.y + 10});
     // Two displays make a popover of about 300 points; each row of a display adds about 55.
@@ -159,10 +150,7 @@ TEST_F(ProgramTest, SixPretendDisplaysGiveSixRowsInThePopover) {
 
 TEST_F(ProgramTest, OpenPopoverIsMadeAgainWithoutTheRowOfADisplayThatWent) {
     auto program = start({"--suppress-keyboard-invitation"});
-    ASSERT_TRUE(waitFor(trayIconShown, 5s));
-    std::this_thread::sleep_for(600ms);
-    clickTrayIcon();
-    ASSERT_TRUE(waitFor([] { return popover().has_value(); }, 6s));
+    ASSERT_TRUE(openPopoverOnceTheIconShows());
     const int withTwoDisplays = popover()->height;
     run("/usr/bin/xrandr", {"--delmonitor", "RIGHT"});
     // A display's row is about 55 points high.
@@ -264,34 +252,38 @@ TEST_F(ProgramTest, DarkAppearanceForTheArtefacts) {
     screenshot("settings-general-dark", windowNamed(L("s025")));
 }
 
-// The settings window, opened by a preview on a session bus without a settings portal, with the
-// desktop's GTK settings saying settingsIni. The lightness of its background at its bottom left
-// corner, 0 to 255, read from a screenshot.
-int backgroundLightnessWithGtkSettings(ProgramTest& test, const std::string& settingsIni, const std::string& artefact) {
-    const PrivateSessionBus bus;
-    writeFile(test.configFolder() / "gtk-3.0" / "settings.ini", settingsIni);
-    auto preview = test.start({"--preview-localization"}, {{"DBUS_SESSION_BUS_ADDRESS", bus.address()},
-                                                           {"VANTLE_COLOR_SCHEME", std::nullopt},
-                                                           {"GTK_THEME", std::nullopt},
-                                                           {"XDG_CURRENT_DESKTOP", std::nullopt}});
-    if (!waitFor([] { return windowNamed(L("s025")).has_value(); }, 5s)) {
-        ADD_FAILURE() << "no settings window";
-        return -1;
+// The settings window of a preview on a session bus without a settings portal, with the
+// desktop's GTK settings file in the user's configuration folder.
+class DesktopSchemeProgramTest : public ProgramTest {
+protected:
+    // The lightness (0 to 255) of the window's background at its bottom left corner, read from a
+    // screenshot, with the GTK settings saying settingsIni.
+    int backgroundLightnessWithGtkSettings(const std::string& settingsIni, const std::string& artefact) {
+        const PrivateSessionBus bus;
+        writeFile(configHome() / "gtk-3.0" / "settings.ini", settingsIni);
+        auto preview = start({"--preview-localization"}, {{"DBUS_SESSION_BUS_ADDRESS", bus.address()},
+                                                          {"VANTLE_COLOR_SCHEME", std::nullopt},
+                                                          {"GTK_THEME", std::nullopt},
+                                                          {"XDG_CURRENT_DESKTOP", std::nullopt}});
+        if (!waitFor([] { return windowNamed(L("s025")).has_value(); }, 5s)) {
+            ADD_FAILURE() << "no settings window";
+            return -1;
+        }
+        std::this_thread::sleep_for(500ms);
+        screenshot(artefact, windowNamed(L("s025")));
+        const QImage shot(QString::fromStdString(std::string(VANTLE_ARTEFACTS) + "/" + artefact + ".png"));
+        return shot.isNull() ? -1 : shot.pixelColor(3, shot.height() - 3).lightness();
     }
-    std::this_thread::sleep_for(500ms);
-    ProgramTest::screenshot(artefact, windowNamed(L("s025")));
-    const QImage shot(QString::fromStdString(std::string(VANTLE_ARTEFACTS) + "/" + artefact + ".png"));
-    return shot.isNull() ? -1 : shot.pixelColor(3, shot.height() - 3).lightness();
-}
+};
 
-TEST_F(ProgramTest, WithoutAPortalTheDesktopsGtkSettingsChooseDark) {
-    EXPECT_LT(backgroundLightnessWithGtkSettings(*this, "[Settings]\ngtk-application-prefer-dark-theme=1\n",
+TEST_F(DesktopSchemeProgramTest, WithoutAPortalTheDesktopsGtkSettingsChooseDark) {
+    EXPECT_LT(backgroundLightnessWithGtkSettings("[Settings]\ngtk-application-prefer-dark-theme=1\n",
                                                  "settings-dark-from-gtk-settings"),
               100);
 }
 
-TEST_F(ProgramTest, WithoutAPortalTheDesktopsGtkSettingsKeepItLight) {
-    EXPECT_GT(backgroundLightnessWithGtkSettings(*this, "[Settings]\ngtk-theme-name=Adwaita\n",
+TEST_F(DesktopSchemeProgramTest, WithoutAPortalTheDesktopsGtkSettingsKeepItLight) {
+    EXPECT_GT(backgroundLightnessWithGtkSettings("[Settings]\ngtk-theme-name=Adwaita\n",
                                                  "settings-light-from-gtk-settings"),
               180);
 }
