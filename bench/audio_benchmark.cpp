@@ -9,12 +9,12 @@
 #include "audio/output.h"
 #include "audio/pulse/audio_hal_pulse.h"
 #include "audio/volume_control.h"
-#include "services/testing/memory_defaults_store.h"
-#include "private_server.h"
 #include "display/testing/fake_displays.h"
+#include "private_server.h"
+#include "services/testing/memory_defaults_store.h"
+#include "services/testing/recording_message_line.h"
 #include "ui/control_refresh.h"
 #include "ui/refresh_facts.h"
-#include "ui/testing/recording_message_line.h"
 
 namespace vantle {
 namespace {

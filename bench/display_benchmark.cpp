@@ -9,11 +9,11 @@
 #include <fstream>
 #include <string>
 
-#include "app/display_backends.h"
+#include "app/platform.h"
 #include "display/brightness_control.h"
-#include "services/testing/memory_defaults_store.h"
 #include "private_server.h"
-#include "ui/testing/recording_message_line.h"
+#include "services/testing/memory_defaults_store.h"
+#include "services/testing/recording_message_line.h"
 #include "services/testing/recording_workspace.h"
 
 namespace vantle {
@@ -40,12 +40,14 @@ struct Fixture {
         static int argc = 1;
         static char name[] = "display_benchmark";
         static char* argv[] = {name, nullptr};
-        backends = DisplayBackends::create(argc, argv, defaults);
+        platform = makePlatform(argc, argv, defaults);
+        backends = &platform->displays();
     }
     PrivateXServer server;
     testing::MemoryDefaultsStore store;
     UserDefaults defaults;
-    std::unique_ptr<DisplayBackends> backends;
+    std::unique_ptr<Platform> platform;
+    DisplayBackends* backends = nullptr;
 };
 
 Fixture& fixture() {

@@ -9,7 +9,7 @@
 
 #include "localization/localization.h"
 #include "services/file_contents.h"
-#include "services/plist_file_store.h"
+#include "services/plist_file_store_linux.h"
 #include "services/user_defaults.h"
 
 namespace vantle {

@@ -5,6 +5,7 @@ set -euo pipefail
 
 packages=(
   g++ cmake make ninja-build pkg-config  # the toolchain
+  python3                        # the include-rule check (scripts/check-dependencies.py)
   ccache                         # compiled objects kept between builds of the same sources
   libplist-dev                   # property lists: the settings file
   libicu-dev                     # dates in each language's medium style

@@ -18,6 +18,14 @@ phase_done() {
 bash scripts/install-dependencies.sh
 phase_done "installing packages"
 
+# A wrong include is reported at once, before minutes of building, with each file and line.
+if ! dependency_report=$(python3 scripts/check-dependencies.py 2>&1); then
+  echo "$dependency_report" >&2
+  echo "test.sh: src/ breaks the include rules of scripts/dependency-rules.txt" >&2
+  exit 1
+fi
+phase_done "include rules"
+
 source scripts/private-servers.sh
 start_private_servers x sound
 

@@ -1,47 +1,33 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
 #include <QTimer>
-#include <map>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "app/display_backends.h"
 #include "app/language_relaunch.h"
+#include "app/platform.h"
 #include "app/quit_flow.h"
 #include "app/scheduler_qt.h"
-#include "audio/audio_hal.h"
 #include "audio/volume_control.h"
 #include "display/brightness_control.h"
-#include "keys/key_tap.h"
 #include "keys/keyboard_control.h"
 #include "keys/media_keys.h"
 #include "keys/osd.h"
-#include "keys/osd_panel_qt.h"
-#include "services/user_defaults.h"
-#include "services/login/autostart_login_service_linux.h"
 #include "services/login/login_controller.h"
+#include "services/message_line.h"
 #include "services/updates/update_controller.h"
-#include "services/workspace_linux.h"
-#include "ui/message_line.h"
 #include "ui/control_refresh.h"
 #include "ui/row_renderer_qt.h"
 #include "ui/settings_pages.h"
 
-class QAbstractButton;
-class QCheckBox;
-class QLabel;
-class QLineEdit;
 class QMenu;
-class QSlider;
-class QVBoxLayout;
-class QWidget;
 
 namespace vantle {
 
-class DesktopAppearance;
 class HelpWindow;
 class LicenseWindow;
 class Popover;
@@ -50,15 +36,21 @@ class StatusItem;
 
 // The application: owns every object of the program for the life of the process, starts them in
 // order, carries the user's commands and brings every control into line with the state of the
-// hardware. Main thread only.
+// hardware. Everything it takes from the system comes through the platform. Main thread only.
+//
+// Its parts live in files of their own: the launch sequence (app_launch.cpp), the modal alerts
+// behind the quit and permission flows (app_alerts.cpp), the settings pages and the popover
+// (app_interface.cpp), the refresh of their widgets (app_refresh.cpp), what it asks of the
+// platform (app_platform.cpp), and launch at login and updates (app_services.cpp).
 class App final : public QObject,
                   public KeyboardHost,
                   public MessageLine,
+                  public SessionEndHandler,
                   private RelaunchHost,
                   private UpdateHost,
                   private QuitAlerts {
 public:
-    App(AudioHal& hal, UserDefaults& defaults, DisplayBackends& displays, std::vector<std::string> arguments);
+    App(Platform& platform, AudioHal& hal, std::vector<std::string> arguments);
     ~App() override;
 
     // Start-up: waits for a relaunching parent to end, then builds everything.
@@ -72,14 +64,10 @@ public:
     void applicationShouldHandleReopen();
     // A quit request from the interface: asks, gives muted levels back, then ends the event loop.
     void quit();
-    // The session is ending (SIGTERM, SIGINT, SIGHUP): nobody is there to answer a question, so
-    // the levels are given back without asking and the program ends.
-    void endSession();
+    // SessionEndHandler.
+    void endSession() override;
+    DisplayLossOutcome displayWentAway() override;
     void endEventLoop();
-    // The X display went away (see display_loss_linux.h): gives the muted levels back, and the
-    // gamma ramps where the X server still answers, without touching any window.
-    enum class DisplayLossOutcome { nothingMuted, levelsGivenBack, levelsKept };
-    DisplayLossOutcome displayWentAway();
 
     // The popover and the settings window's pages.
     void togglePopover();
@@ -109,12 +97,8 @@ public:
 
 private:
     // KeyboardHost.
-    bool trusted() override { return true; }
-    bool permissionFollowsBuild() const override { return false; }
     bool runAlert(const KeyboardAlert& alert) override;
     bool openKeyboardSettings() override;
-    bool systemSettingsRunning() override { return false; }
-    bool resetKeyboardPermission() override { return false; }
     void relaunch() override;
     void queue(std::function<void()> work) override;
 
@@ -161,21 +145,19 @@ private:
              const std::string& second);
 
     std::vector<std::string> arguments_;
+    Platform& platform_;
     AudioHal& hal_;
     UserDefaults& defaults_;
     DisplayBackends& displays_;
     Brightness& brightness_;
     QtScheduler scheduler_;
-    DesktopWorkspace workspace_;
     VolumeControl volume_;
     BrightnessControl brightnessControl_;
-    QtOsdPanelFactory osdPanels_;
     OSD osd_;
     MediaKeyHandler keyHandler_;
     std::unique_ptr<KeyTap> keyTap_;
     KeyboardControl keyboard_;
     LanguageRelaunch languageRelaunch_;
-    AutostartLoginService loginService_;
     LoginController login_;
     UpdateController updates_;
 
@@ -189,7 +171,7 @@ private:
     std::unique_ptr<SettingsWindow> window_;
     std::unique_ptr<LicenseWindow> licenseWindow_;
     std::unique_ptr<HelpWindow> helpWindow_;
-    std::unique_ptr<DesktopAppearance> appearance_;
+    std::unique_ptr<AppearanceSource> appearance_;
     QTimer timer_;
     int settingsPage_ = 0;
 

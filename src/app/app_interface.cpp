@@ -1,6 +1,7 @@
-// The application's interface: the settings pages, the popover, the refresh of every control,
-// and the small windows around them.
+// The application's interface: the settings pages, the popover, and the small windows around
+// them.
 #include <QApplication>
+#include <QComboBox>
 #include <QGuiApplication>
 #include <QLayout>
 #include <QScreen>
@@ -12,76 +13,19 @@
 #include "localization/localization.h"
 #include "services/bundle.h"
 #include "services/settings_keys.h"
-#include "ui/appearance_linux.h"
 #include "ui/help_window_qt.h"
 #include "ui/layout_rules.h"
 #include "ui/license_window_qt.h"
 #include "ui/popover_qt.h"
-#include "ui/refresh_facts.h"
 #include "ui/settings_window_qt.h"
 #include "ui/status_item_qt.h"
-#include "ui/text_colour_qt.h"
 
 namespace vantle {
 namespace {
 
 constexpr std::chrono::milliseconds kAppearanceDelay{400};
 
-// Sets what the state says on whatever kind of control the widget is; the control's own
-// signals stay quiet, so that setting a slider is never taken for the user moving it.
-void apply(QWidget* widget, const ControlState& state) {
-    if (widget == nullptr) {
-        return;
-    }
-    const QSignalBlocker quiet(widget);
-    if (auto* slider = qobject_cast<QSlider*>(widget); slider != nullptr && state.value) {
-        if (!slider->isSliderDown()) {
-            slider->setValue(static_cast<int>(std::lround(*state.value)));
-        }
-    }
-    if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
-        if (state.checked) {
-            button->setChecked(*state.checked);
-        }
-        if (state.title) {
-            button->setText(QString::fromStdString(*state.title));
-        }
-    }
-    if (auto* label = qobject_cast<QLabel*>(widget)) {
-        if (state.text) {
-            label->setText(QString::fromStdString(*state.text));
-        }
-        if (state.colour) {
-            paintText(*label, *state.colour);
-        }
-    }
-    if (state.enabled) {
-        widget->setEnabled(*state.enabled);
-    }
-    if (state.hidden) {
-        widget->setVisible(!*state.hidden);
-    }
-}
 
-template <typename Widget>
-void applyEach(const std::map<std::uint32_t, QPointer<Widget>>& widgets, const std::vector<DisplayControlState>& states) {
-    for (const DisplayControlState& state : states) {
-        if (auto found = widgets.find(state.id); found != widgets.end()) {
-            apply(found->second, state.state);
-        }
-    }
-}
-
-template <typename Widget>
-std::vector<std::uint32_t> idsOf(const std::map<std::uint32_t, QPointer<Widget>>& widgets) {
-    std::vector<std::uint32_t> ids;
-    for (const auto& [id, widget] : widgets) {
-        if (widget) {
-            ids.push_back(id);
-        }
-    }
-    return ids;
-}
 
 // The content's height at its width, the way its layout would lay it out.
 double fittingHeight(QWidget* content, int width) {
@@ -90,6 +34,40 @@ double fittingHeight(QWidget* content, int width) {
 }
 
 }  // namespace
+
+void App::closePopover() {
+    if (popover_) {
+        popover_->hide();
+    }
+}
+
+void App::bringSettingsForward() {
+    closePopover();
+    window_->show();
+    window_->raise();
+    window_->activateWindow();
+}
+
+void App::show() {
+    bringSettingsForward();
+}
+
+void App::showPage(int page) {
+    settingsPage_ = page;
+    rebuild();
+    bringSettingsForward();
+}
+
+void App::changeSettingsPage(int page) {
+    settingsPage_ = page;
+    rebuild();
+}
+
+void App::disableLanguageMenu() {
+    if (controls_->page.languageMenu) {
+        controls_->page.languageMenu->setEnabled(false);
+    }
+}
 
 void App::perform(const ActionEvent& event) {
     switch (event.action) {
@@ -153,7 +131,7 @@ PageInputs App::pageInputs() const {
     inputs.softwareBrightness = defaults_.boolean(settings::kSoftwareBrightness);
     inputs.releaseVersion = mainBundle().info("VantleReleaseVersion").value_or("");
     inputs.releaseDate = mainBundle().info("VantleReleaseDate").value_or("");
-    inputs.dockAvailable = false;
+    inputs.dockAvailable = platform_.dockAvailable();
     return inputs;
 }
 
@@ -195,70 +173,6 @@ void App::togglePopover() {
     popover_->showAgainst(anchor, QSize(static_cast<int>(size.width), static_cast<int>(size.contentHeight)));
 }
 
-void App::refresh() {
-    if (!window_) {
-        return;
-    }
-    Controls& controls = *controls_;
-    RefreshFacts facts;
-    facts.updates = updateFacts();
-    facts.login = loginFacts();
-    facts.controls.updateButton = !controls.page.updateButton.isNull();
-    facts.controls.loginSettingsButton = !controls.page.loginSettingsButton.isNull();
-    facts.controls.muteButton = controls.muteButton != nullptr;
-    facts.controls.quickVolume = !controls.popover.quickVolume.isNull();
-    facts.controls.quickVolumeLabel = !controls.popover.quickVolumeLabel.isNull();
-    facts.controls.quickMute = !controls.popover.quickMute.isNull();
-    facts.controls.keyboardButton = !controls.page.keyboardButton.isNull();
-    facts.controls.quickDisplays = idsOf(controls.popover.quickDisplays);
-    facts.controls.quickDisplayLabels = idsOf(controls.popover.quickDisplayLabels);
-    facts.keyboard = {keyboard_.keyboardEnabled(), trusted(), keyboard_.updateRepairNeeded()};
-    gatherHardwareFacts(facts, volume_, hal_, brightness_);
-
-    const ControlStates states = refreshControls(facts);
-    if (states.updateButton) {
-        apply(controls.page.updateButton, *states.updateButton);
-    }
-    apply(controls.automaticUpdates.get(), states.automaticUpdates);
-    apply(controls.loginToggle.get(), states.loginToggle);
-    apply(controls.loginStatus.get(), states.loginStatus);
-    if (states.loginSettingsButton) {
-        apply(controls.page.loginSettingsButton, *states.loginSettingsButton);
-    }
-    apply(controls.audioWarning.get(), states.audioWarning);
-    apply(controls.volume.get(), states.volume);
-    apply(controls.audioLabel.get(), states.audioLabel);
-    if (states.muteButton) {
-        apply(controls.muteButton.get(), *states.muteButton);
-    }
-    if (states.quickVolume) {
-        apply(controls.popover.quickVolume, *states.quickVolume);
-    }
-    if (states.quickVolumeLabel) {
-        apply(controls.popover.quickVolumeLabel, *states.quickVolumeLabel);
-    }
-    if (states.quickMute) {
-        apply(controls.popover.quickMute, *states.quickMute);
-    }
-    applyEach(controls.popover.quickDisplays, states.quickDisplays);
-    applyEach(controls.popover.quickDisplayLabels, states.quickDisplayLabels);
-    if (states.keyboardButton) {
-        apply(controls.page.keyboardButton, *states.keyboardButton);
-    }
-    apply(controls.keyboardState.get(), states.keyboardState);
-    // Written only when it changed: the same text again would cost a durable write every tick.
-    if (defaults_.string(settings::kKeyboardStatus) != states.keyboardStatus) {
-        defaults_.set(settings::kKeyboardStatus, states.keyboardStatus);
-    }
-    fitSettingsWindow();
-}
-
-void App::report(const std::string& text) {
-    QLabel* message = controls_->message.get();
-    message->setText(QString::fromStdString(text));
-    message->setVisible(!text.empty());
-    fitSettingsWindow();
-}
 
 void App::fitSettingsWindow() {
     if (!window_ || window_->scrollArea().widget() == nullptr) {
@@ -292,11 +206,11 @@ void App::fitSettingsWindow() {
 }
 
 void App::openEmail() {
-    workspace_.openUrl(std::string(Maker::emailUrl));
+    platform_.workspace().openUrl(std::string(Maker::emailUrl));
 }
 
 void App::openWebsite() {
-    workspace_.openUrl(std::string(Maker::website));
+    platform_.workspace().openUrl(std::string(Maker::website));
 }
 
 void App::showLicense() {
@@ -324,7 +238,9 @@ void App::showHelp() {
 }
 
 void App::followSystemAppearance() {
-    DesktopAppearance::apply(appearance_ && appearance_->dark());
+    if (appearance_) {
+        appearance_->apply(appearance_->dark());
+    }
 }
 
 void App::themeChanged() {

@@ -63,7 +63,7 @@ void App::offerUpdate(const UpdateOffer& offer) {
                      link + QStringLiteral("\">") + link + QStringLiteral("</a>"));
     disconnect(message, &QLabel::linkActivated, this, nullptr);
     connect(message, &QLabel::linkActivated, this,
-            [this](const QString& url) { workspace_.openUrl(url.toStdString()); });
+            [this](const QString& url) { platform_.workspace().openUrl(url.toStdString()); });
     fitSettingsWindow();
 }
 

@@ -16,9 +16,9 @@ int runDiagnose(AudioHal& audio, Brightness& brightness);
 // and checks that each reads back unchanged.
 int runVerifyControls(AudioHal& audio, Brightness& brightness, const UserDefaults& defaults);
 
-class DisplayBackends;
+class Platform;
 
 // Shows the on-screen display and checks its panels' look, placement and dismissal.
-int runVerifyOsd(DisplayBackends& displays);
+int runVerifyOsd(Platform& platform);
 
 }  // namespace vantle

@@ -1,11 +1,6 @@
 #pragma once
 
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "display/brightness.h"
-#include "services/user_defaults.h"
 
 namespace vantle {
 
@@ -16,21 +11,15 @@ class DisplayBackends {
 public:
     virtual ~DisplayBackends() = default;
     virtual Brightness& brightness() = 0;
-    // Whether a window system is there, and so the toolkit's application object.
-    virtual bool hasWindowSystem() const = 0;
     // The attached displays changed: match each native control to its displays again.
     virtual void matchNativeControls() = 0;
-    // The window system's connection broke: puts back the gamma ramps of dimmed displays if the
-    // X server still answers a fresh connection. Nothing else of the old connection is used.
+    // The window system's connection broke: puts back the dimming of the displays where the window
+    // system still answers a fresh connection. Nothing else of the old connection is used.
     virtual void displayWentAway() = 0;
     // Undoes the dimming that an earlier copy of the program could not undo because it crashed,
     // and forgets it. Only the copy that has just taken the session may call this: a check mode or
     // a second start runs beside a copy whose dimming is still its own to undo.
     virtual void undoDimmingOfAnEarlierCopy() = 0;
-
-    // Connects to the window system when it can be reached. argc and argv are the process's own,
-    // which the toolkit keeps for its whole life.
-    static std::unique_ptr<DisplayBackends> create(int& argc, char** argv, UserDefaults& defaults);
 };
 
 }  // namespace vantle

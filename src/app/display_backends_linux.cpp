@@ -1,18 +1,16 @@
 #include <xcb/xcb.h>
 
-#include <QApplication>
-#include <QGuiApplication>
 #include <cstdlib>
 #include <filesystem>
 
-#include "app/display_backends.h"
+#include "app/display_backends_linux.h"
 #include "display/backlight/backlight_linux.h"
 #include "display/ddc/ddc_linux.h"
 #include "display/gamma_shade_x11.h"
 #include "display/native_chain.h"
 #include "display/screens_x11.h"
 #include "display/shade_factory_linux.h"
-#include "services/settings_location.h"
+#include "services/settings_location_linux.h"
 
 namespace vantle {
 namespace {
@@ -28,22 +26,6 @@ public:
     std::unique_ptr<ShadePanel> makePanel(std::uint32_t, const ScreenFrame&) override { return nullptr; }
 };
 
-std::vector<std::string> argumentList(int argc, char** argv) {
-    return std::vector<std::string>(argv + 1, argv + argc);
-}
-
-// Asking first keeps the toolkit from ending the process when there is no X server.
-bool xServerReachable() {
-    const char* display = std::getenv("DISPLAY");
-    if (display == nullptr || display[0] == '\0') {
-        return false;
-    }
-    xcb_connection_t* connection = xcb_connect(display, nullptr);
-    const bool reachable = xcb_connection_has_error(connection) == 0;
-    xcb_disconnect(connection);
-    return reachable;
-}
-
 // Ramps of displays that were dimmed when the program last ended live with other per-session
 // state, which the system clears at log-out, when the ramps are reset anyway.
 std::filesystem::path savedRampDirectory() {
@@ -58,7 +40,6 @@ public:
     HeadlessDisplayBackends(UserDefaults& defaults, const std::vector<std::string>& arguments)
         : brightness_({}, screens_, shades_, defaults, arguments) {}
     Brightness& brightness() override { return brightness_; }
-    bool hasWindowSystem() const override { return false; }
     void matchNativeControls() override {}
     void displayWentAway() override {}
     void undoDimmingOfAnEarlierCopy() override {}
@@ -71,13 +52,12 @@ private:
 
 class X11DisplayBackends final : public DisplayBackends {
 public:
-    X11DisplayBackends(int& argc, char** argv, UserDefaults& defaults)
-        : application_(std::make_unique<QApplication>(argc, argv)),
-          connection_(qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection()),
+    X11DisplayBackends(xcb_connection_t* connection, UserDefaults& defaults, const std::vector<std::string>& arguments)
+        : connection_(connection),
           screens_(connection_),
           savedRamps_(savedRampDirectory(), std::getenv("DISPLAY")),
           shades_(connection_, screens_, savedRamps_),
-          brightness_(chainNativeControls({&backlight_, &ddc_}), screens_, shades_, defaults, argumentList(argc, argv)) {
+          brightness_(chainNativeControls({&backlight_, &ddc_}), screens_, shades_, defaults, arguments) {
         matchNativeControls();
     }
     ~X11DisplayBackends() override {
@@ -86,7 +66,6 @@ public:
     }
 
     Brightness& brightness() override { return brightness_; }
-    bool hasWindowSystem() const override { return true; }
     // Built-in panels first; the monitor control gets the displays no backlight drives, so that
     // it loads its library only when an external monitor is there.
     void matchNativeControls() override {
@@ -118,7 +97,6 @@ public:
     void undoDimmingOfAnEarlierCopy() override { restoreSavedGammaRamps(connection_, screens_, savedRamps_); }
 
 private:
-    std::unique_ptr<QApplication> application_;
     xcb_connection_t* connection_;
     X11ScreenSystem screens_;
     SavedGammaRamps savedRamps_;
@@ -130,13 +108,25 @@ private:
 
 }  // namespace
 
-std::unique_ptr<DisplayBackends> DisplayBackends::create(int& argc, char** argv, UserDefaults& defaults) {
-    if (!xServerReachable()) {
-        return std::make_unique<HeadlessDisplayBackends>(defaults, argumentList(argc, argv));
+bool xServerReachable() {
+    const char* display = std::getenv("DISPLAY");
+    if (display == nullptr || display[0] == '\0') {
+        return false;
     }
-    // The X11 platform is the one this build's screens and shades speak.
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    return std::make_unique<X11DisplayBackends>(argc, argv, defaults);
+    xcb_connection_t* connection = xcb_connect(display, nullptr);
+    const bool reachable = xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
+    return reachable;
+}
+
+std::unique_ptr<DisplayBackends> makeX11DisplayBackends(xcb_connection_t* connection, UserDefaults& defaults,
+                                                        const std::vector<std::string>& arguments) {
+    return std::make_unique<X11DisplayBackends>(connection, defaults, arguments);
+}
+
+std::unique_ptr<DisplayBackends> makeHeadlessDisplayBackends(UserDefaults& defaults,
+                                                             const std::vector<std::string>& arguments) {
+    return std::make_unique<HeadlessDisplayBackends>(defaults, arguments);
 }
 
 }  // namespace vantle

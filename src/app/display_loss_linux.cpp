@@ -8,12 +8,11 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "app/app.h"
 
 namespace vantle {
 namespace {
 
-App* watchedApp = nullptr;
+SessionEndHandler* watchedHandler = nullptr;
 xcb_connection_t* watchedConnection = nullptr;
 QtMessageHandler toolkitHandler = nullptr;
 std::atomic<bool> ending{false};
@@ -21,19 +20,19 @@ std::atomic<bool> ending{false};
 // Does nothing while the connection is sound; once it is broken, ends the process for good.
 void endIfDisplayGone() {
     // Only the main thread may give the levels back; the toolkit's own end comes on it too.
-    if (watchedApp == nullptr || QThread::currentThread() != watchedApp->thread() ||
+    if (watchedHandler == nullptr || QThread::currentThread() != qGuiApp->thread() ||
         xcb_connection_has_error(watchedConnection) == 0 || ending.exchange(true)) {
         return;
     }
-    const App::DisplayLossOutcome outcome = watchedApp->displayWentAway();
+    const DisplayLossOutcome outcome = watchedHandler->displayWentAway();
     const char* tail = "the program ends.";
     switch (outcome) {
-    case App::DisplayLossOutcome::nothingMuted:
+    case DisplayLossOutcome::nothingMuted:
         break;
-    case App::DisplayLossOutcome::levelsGivenBack:
+    case DisplayLossOutcome::levelsGivenBack:
         tail = "the muted levels were given back and the program ends.";
         break;
-    case App::DisplayLossOutcome::levelsKept:
+    case DisplayLossOutcome::levelsKept:
         tail = "some muted levels could not be given back; they stay remembered for the next start, "
                "and the program ends.";
         break;
@@ -58,12 +57,12 @@ void watchMessages(QtMsgType type, const QMessageLogContext& context, const QStr
 
 }  // namespace
 
-DisplayLossWatch::DisplayLossWatch(App& app) {
+DisplayLossWatch::DisplayLossWatch(SessionEndHandler& handler) {
     auto* x11 = qGuiApp != nullptr ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    if (x11 == nullptr || watchedApp != nullptr) {
+    if (x11 == nullptr || watchedHandler != nullptr) {
         return;
     }
-    watchedApp = &app;
+    watchedHandler = &handler;
     watchedConnection = x11->connection();
     toolkitHandler = qInstallMessageHandler(watchMessages);
     // Any other way out through exit() (Xlib's own handler of a broken connection, say) still
@@ -73,31 +72,12 @@ DisplayLossWatch::DisplayLossWatch(App& app) {
 }
 
 DisplayLossWatch::~DisplayLossWatch() {
-    if (watchedApp == nullptr) {
+    if (watchedHandler == nullptr) {
         return;
     }
     qInstallMessageHandler(toolkitHandler);
-    watchedApp = nullptr;
+    watchedHandler = nullptr;
     watchedConnection = nullptr;
-}
-
-}  // namespace vantle
-
-namespace vantle {
-
-App::DisplayLossOutcome App::displayWentAway() {
-    // Nothing can be shown any more, so the levels are given back without a word on screen.
-    class Silent final : public MessageLine {
-    public:
-        void report(const std::string&) override {}
-    } silent;
-    VolumeControl quiet(hal_, defaults_, silent, [] {});
-    displays_.displayWentAway();
-    if (!quiet.muted()) {
-        return DisplayLossOutcome::nothingMuted;
-    }
-    quiet.unmute();
-    return quiet.muted() ? DisplayLossOutcome::levelsKept : DisplayLossOutcome::levelsGivenBack;
 }
 
 }  // namespace vantle

@@ -1,8 +1,8 @@
 #pragma once
 
-namespace vantle {
+#include "app/session_end.h"
 
-class App;
+namespace vantle {
 
 // Qt's X11 platform ends the process with exit(1) the moment it finds its connection to the X
 // server broken, from deep inside the event loop, where nothing of ours would run and the
@@ -11,10 +11,10 @@ class App;
 // still there, one line on standard error says what happened, and the process exits with
 // status 1. Made on the main thread once the application has started; the watch ends with the
 // object, before the application does.
-class DisplayLossWatch {
+class DisplayLossWatch final : public SessionEndWatch {
 public:
-    explicit DisplayLossWatch(App& app);
-    ~DisplayLossWatch();
+    explicit DisplayLossWatch(SessionEndHandler& handler);
+    ~DisplayLossWatch() override;
     DisplayLossWatch(const DisplayLossWatch&) = delete;
     DisplayLossWatch& operator=(const DisplayLossWatch&) = delete;
 };

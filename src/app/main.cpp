@@ -1,15 +1,8 @@
-#include <fcntl.h>
-#include <signal.h>
-#include <unistd.h>
-
 #include <QApplication>
-#include <QGuiApplication>
 #include <QPixmapCache>
-#include <QSocketNotifier>
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <thread>
@@ -17,96 +10,60 @@
 
 #include "app/app.h"
 #include "app/check_modes.h"
-#include "app/display_backends.h"
-#include "app/display_loss_linux.h"
-#include "app/instance_name.h"
+#include "app/instance_claim.h"
 #include "app/localization_check.h"
-#include "app/single_instance_linux.h"
+#include "app/platform.h"
 #include "app/switches.h"
-#include "audio/pulse/audio_hal_pulse.h"
 #include "services/standard_defaults.h"
 
 namespace {
 
 constexpr int kPixmapCacheKilobytes = 1024;
-
-// The session ends with one of these signals; they are turned into an event of the loop, so that
-// the muted levels are given back on the main thread before the program ends.
-int signalPipe[2] = {-1, -1};
-
-void forwardSignal(int) {
-    const char byte = 1;
-    [[maybe_unused]] const ssize_t written = ::write(signalPipe[1], &byte, 1);
-}
-
-void endSessionOnSignals(vantle::App& app) {
-    if (::pipe2(signalPipe, O_CLOEXEC | O_NONBLOCK) != 0) {
-        return;
-    }
-    auto* notifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, &app);
-    QObject::connect(notifier, &QSocketNotifier::activated, &app, [&app] {
-        char byte = 0;
-        while (::read(signalPipe[0], &byte, 1) > 0) {
-        }
-        app.endSession();
-    });
-    struct sigaction action = {};
-    action.sa_handler = forwardSignal;
-    sigemptyset(&action.sa_mask);
-    for (int signal : {SIGTERM, SIGINT, SIGHUP}) {
-        ::sigaction(signal, &action, nullptr);
-    }
-}
+constexpr std::chrono::milliseconds kClaimRetryInterval{200};
 
 // One copy of the program per session: a later start shows the running copy's settings and ends.
-// A copy that holds the name but does not answer is ending right now, so the name is tried again
-// for a moment before giving up.
-bool claimSessionOrHandOver(vantle::SingleInstance& instance, vantle::App& app) {
-    for (int attempt = 0; attempt < 10; ++attempt) {
-        if (instance.claim([&app] { app.applicationShouldHandleReopen(); })) {
-            return true;
-        }
-        if (instance.askRunningCopyToReopen()) {
-            std::fprintf(stderr, "vantle-control: already running in this session; its settings window is brought forward.\n");
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+bool claimSession(vantle::SingleInstance& instance, vantle::App& app) {
+    const vantle::InstanceClaim claim = vantle::claimSessionOrHandOver(
+        instance, [&app] { app.applicationShouldHandleReopen(); },
+        [] { std::this_thread::sleep_for(kClaimRetryInterval); });
+    switch (claim) {
+    case vantle::InstanceClaim::claimed:
+        return true;
+    case vantle::InstanceClaim::handedOver:
+        std::fprintf(stderr, "vantle-control: already running in this session; its settings window is brought forward.\n");
+        return false;
+    case vantle::InstanceClaim::unanswered:
+        break;
     }
     std::fprintf(stderr, "vantle-control: another copy holds this session but does not answer; this one ends.\n");
     return false;
 }
 
-int runApplication(vantle::UserDefaults& defaults, vantle::DisplayBackends& displays,
-                   const std::vector<std::string>& arguments) {
-    if (!displays.hasWindowSystem()) {
-        std::fprintf(stderr,
-                     "vantle-control: no X display to show the program on (DISPLAY is unset or cannot be reached).\n"
-                     "Start it from a desktop session, or run scripts/run.sh, which starts a private one.\n");
+int runApplication(vantle::Platform& platform, const std::vector<std::string>& arguments) {
+    if (!platform.hasWindowSystem()) {
+        std::fprintf(stderr, "vantle-control: %s\n", platform.missingWindowSystemMessage().c_str());
         return 1;
     }
-    // Ties the windows to the installed menu entry, whose name and icon the desktop then shows.
-    QGuiApplication::setDesktopFileName(QStringLiteral("org.orlend.VantleControl"));
     // The style keeps rendered pieces of controls in a cache of 10 MB by default, which a popover
     // rebuilt at every opening fills bit by bit; a program that runs all day keeps it small.
     QPixmapCache::setCacheLimit(kPixmapCacheKilobytes);
-    vantle::PulseAudioHal audio;
-    vantle::App app(audio, defaults, displays, arguments);
-    endSessionOnSignals(app);
+    const std::unique_ptr<vantle::AudioHal> audio = platform.makeAudioHal();
+    vantle::App app(platform, *audio, arguments);
+    const std::unique_ptr<vantle::SessionEndWatch> sessionEnd = platform.watchSessionEnd(app);
     // A look at the texts of a language takes nothing of the session, so it may run beside it.
     const bool preview = std::find(arguments.begin(), arguments.end(), "--preview-localization") != arguments.end();
-    const char* display = std::getenv("DISPLAY");
-    vantle::SingleInstance instance(vantle::instanceName(::getuid(), display ? std::optional<std::string>(display) : std::nullopt));
+    const std::unique_ptr<vantle::SingleInstance> instance = platform.makeSingleInstance();
     if (!preview) {
-        app.setInstanceClaim([&instance, &app, &displays] {
-            if (!claimSessionOrHandOver(instance, app)) {
+        app.setInstanceClaim([&instance, &app, &platform] {
+            if (!claimSession(*instance, app)) {
                 return false;
             }
-            displays.undoDimmingOfAnEarlierCopy();
+            platform.displays().undoDimmingOfAnEarlierCopy();
             return true;
         });
     }
     app.applicationDidFinishLaunching();
-    const vantle::DisplayLossWatch displayLoss(app);
+    const std::unique_ptr<vantle::SessionEndWatch> windowSystemLoss = platform.watchWindowSystemLoss(app);
     return QApplication::exec();
 }
 
@@ -120,24 +77,20 @@ int main(int argc, char** argv) {
         return vantle::runLocalizationCheck();
     }
 
-    vantle::UserDefaults& defaults = vantle::standardDefaults();
-    const std::unique_ptr<vantle::DisplayBackends> displays = vantle::DisplayBackends::create(argc, argv, defaults);
-    vantle::Brightness& brightness = displays->brightness();
+    // The platform, and with it the toolkit's application object, is made here and nowhere else.
+    const std::unique_ptr<vantle::Platform> platform = vantle::makePlatform(argc, argv, vantle::standardDefaults());
+    vantle::Brightness& brightness = platform->displays().brightness();
 
     switch (mode) {
-    case vantle::Mode::Diagnose: {
-        vantle::PulseAudioHal audio;
-        return vantle::runDiagnose(audio, brightness);
-    }
-    case vantle::Mode::VerifyControls: {
-        vantle::PulseAudioHal audio;
-        return vantle::runVerifyControls(audio, brightness, defaults);
-    }
+    case vantle::Mode::Diagnose:
+        return vantle::runDiagnose(*platform->makeAudioHal(), brightness);
+    case vantle::Mode::VerifyControls:
+        return vantle::runVerifyControls(*platform->makeAudioHal(), brightness, platform->defaults());
     case vantle::Mode::VerifyOsd:
-        return vantle::runVerifyOsd(*displays);
+        return vantle::runVerifyOsd(*platform);
     case vantle::Mode::LocalizationCheck:
     case vantle::Mode::NormalStart:
         break;
     }
-    return runApplication(defaults, *displays, arguments);
+    return runApplication(*platform, arguments);
 }

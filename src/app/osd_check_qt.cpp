@@ -8,7 +8,7 @@
 #include <memory>
 
 #include "app/check_modes.h"
-#include "app/display_backends.h"
+#include "app/platform.h"
 #include "app/scheduler_qt.h"
 #include "keys/osd.h"
 #include "keys/osd_check.h"
@@ -88,15 +88,15 @@ OsdPanelFacts factsOf(OsdPanelWidget& widget) {
 
 }  // namespace
 
-int runVerifyOsd(DisplayBackends& displays) {
+int runVerifyOsd(Platform& platform) {
     // Without a window system there is no screen to show a panel on.
-    if (!displays.hasWindowSystem()) {
+    if (!platform.hasWindowSystem()) {
         std::printf("FAIL: no OSD panels\n");
         return 1;
     }
     QtScheduler scheduler;
     QtOsdPanelFactory factory;
-    Brightness& brightness = displays.brightness();
+    Brightness& brightness = platform.displays().brightness();
     OSD osd(brightness.screenSystem(), brightness, factory, scheduler);
     osd.show(0.5f, false);
     if (osd.panels().empty()) {

@@ -4,7 +4,7 @@
 
 #include "audio/testing/fake_audio_hal.h"
 #include "services/testing/memory_defaults_store.h"
-#include "ui/testing/recording_message_line.h"
+#include "services/testing/recording_message_line.h"
 
 namespace vantle {
 namespace {

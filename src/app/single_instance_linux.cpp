@@ -10,8 +10,8 @@
 #include <cstddef>
 #include <cstring>
 
-#include "app/instance_name.h"
-#include "services/write_all.h"
+#include "app/instance_name_x11.h"
+#include "services/write_all_linux.h"
 
 namespace vantle {
 namespace {
@@ -31,15 +31,15 @@ const sockaddr* asSocketAddress(const sockaddr_un& address) {
 
 }  // namespace
 
-SingleInstance::SingleInstance(std::string name) : name_(std::move(name)) {}
+SocketSingleInstance::SocketSingleInstance(std::string name) : name_(std::move(name)) {}
 
-SingleInstance::~SingleInstance() {
+SocketSingleInstance::~SocketSingleInstance() {
     if (listener_ >= 0) {
         ::close(listener_);
     }
 }
 
-bool SingleInstance::claim(std::function<void()> reopen) {
+bool SocketSingleInstance::claim(std::function<void()> reopen) {
     const int listener = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (listener < 0) {
         // Without sockets there is no way to find another copy; running is better than refusing.
@@ -58,7 +58,7 @@ bool SingleInstance::claim(std::function<void()> reopen) {
     return true;
 }
 
-void SingleInstance::answer() {
+void SocketSingleInstance::answer() {
     for (;;) {
         const int caller = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
         if (caller < 0) {
@@ -77,7 +77,7 @@ void SingleInstance::answer() {
     }
 }
 
-bool SingleInstance::askRunningCopyToReopen() const {
+bool SocketSingleInstance::askRunningCopyToReopen() const {
     const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (socket < 0) {
         return false;

@@ -4,6 +4,8 @@
 #include <functional>
 #include <string>
 
+#include "app/single_instance.h"
+
 class QSocketNotifier;
 
 namespace vantle {
@@ -12,19 +14,17 @@ namespace vantle {
 // abstract namespace, which the kernel lets go of the moment the process ends, however it ends,
 // so a crash never leaves a stale lock behind. A second start connects to that socket, asks the
 // running copy to bring its settings forward, and ends.
-class SingleInstance final : public QObject {
+class SocketSingleInstance final : public QObject, public SingleInstance {
 public:
-    explicit SingleInstance(std::string name);
-    ~SingleInstance() override;
-    SingleInstance(const SingleInstance&) = delete;
-    SingleInstance& operator=(const SingleInstance&) = delete;
+    explicit SocketSingleInstance(std::string name);
+    ~SocketSingleInstance() override;
+    SocketSingleInstance(const SocketSingleInstance&) = delete;
+    SocketSingleInstance& operator=(const SocketSingleInstance&) = delete;
 
-    // Takes the name for this process; false when another copy holds it. Each request of a later
-    // start then calls reopen on the main thread.
-    bool claim(std::function<void()> reopen);
-    // Asks the copy holding the name to bring its settings forward and waits up to two seconds
-    // for its answer; false when no copy answered.
-    bool askRunningCopyToReopen() const;
+    // Takes the name for this process. Waits up to two seconds for the running copy's answer
+    // when asking it to reopen.
+    bool claim(std::function<void()> reopen) override;
+    bool askRunningCopyToReopen() const override;
 
 private:
     void answer();

@@ -153,6 +153,12 @@ void VolumeControl::unmute() {
     refresh_();
 }
 
+void VolumeControl::unmuteIfMuted() {
+    if (muted()) {
+        unmute();
+    }
+}
+
 bool VolumeControl::muted() const {
     return !saved().empty();
 }

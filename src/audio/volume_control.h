@@ -6,9 +6,9 @@
 
 #include "audio/audio_hal.h"
 #include "audio/output.h"
+#include "services/message_line.h"
 #include "services/muted_levels.h"
 #include "services/user_defaults.h"
-#include "ui/message_line.h"
 
 namespace vantle {
 
@@ -40,6 +40,9 @@ public:
     void toggleMute();
     // Restores every remembered device that is present and accepts its levels.
     void unmute();
+    // The same when muted; otherwise touches no device and shows nothing. Before an update
+    // replaces the program, so that the user's devices are not left silent.
+    void unmuteIfMuted();
     bool muted() const;
 
     // The remembered levels, read from and written to the settings at every use.

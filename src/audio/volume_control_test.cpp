@@ -8,7 +8,7 @@
 #include "audio/testing/fake_audio_hal.h"
 #include "localization/localization.h"
 #include "services/testing/memory_defaults_store.h"
-#include "ui/testing/recording_message_line.h"
+#include "services/testing/recording_message_line.h"
 
 namespace vantle {
 namespace {
@@ -282,6 +282,26 @@ TEST_F(VolumeControlTest, GarbageInTheMuteMemoryMeansNotMuted) {
     store.values["mutedLevels"] = "garbage";
     EXPECT_FALSE(control.muted());
     EXPECT_TRUE(control.saved().empty());
+}
+
+TEST_F(VolumeControlTest, UnmuteIfMutedGivesTheLevelsBack) {
+    hal.add(10, FakeAudioHal::plainDevice("Speakers", "uid-10", {0.4f, 0.6f}));
+    hal.defaultOutput = 10;
+    control.toggleMute();
+    ASSERT_TRUE(control.muted());
+    ASSERT_FLOAT_EQ(hal.volume(10, 2), 0.0f);
+    control.unmuteIfMuted();
+    EXPECT_FALSE(control.muted());
+    EXPECT_FLOAT_EQ(hal.volume(10, 1), 0.4f);
+    EXPECT_FLOAT_EQ(hal.volume(10, 2), 0.6f);
+}
+
+TEST_F(VolumeControlTest, UnmuteIfMutedWithNothingMutedTouchesNoDeviceAndSaysNothing) {
+    hal.add(10, FakeAudioHal::plainDevice("Speakers", "uid-10", {0.4f, 0.6f}));
+    hal.defaultOutput = 10;
+    control.unmuteIfMuted();
+    EXPECT_TRUE(hal.writes.empty());
+    EXPECT_TRUE(messages.reports.empty());
 }
 
 TEST_F(VolumeControlTest, OneCommandIsOneSnapshot) {

@@ -6,9 +6,9 @@
 #include <string_view>
 
 #include "display/brightness.h"
+#include "services/message_line.h"
 #include "services/user_defaults.h"
 #include "services/workspace.h"
-#include "ui/message_line.h"
 
 namespace vantle {
 

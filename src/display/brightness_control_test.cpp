@@ -8,7 +8,7 @@
 #include "display/testing/fake_displays.h"
 #include "localization/localization.h"
 #include "services/testing/memory_defaults_store.h"
-#include "ui/testing/recording_message_line.h"
+#include "services/testing/recording_message_line.h"
 #include "services/testing/recording_workspace.h"
 
 namespace vantle {

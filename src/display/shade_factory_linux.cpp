@@ -6,7 +6,7 @@
 #include <cstring>
 #include <memory>
 
-#include "display/shade_window_qt.h"
+#include "display/shade_window_x11.h"
 #include "display/switching_shade.h"
 
 namespace vantle {

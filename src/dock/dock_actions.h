@@ -16,9 +16,9 @@
 #include "dock/process_runner.h"
 #include "dock/tile_record.h"
 #include "services/bundle.h"
+#include "services/message_line.h"
 #include "services/scheduler.h"
 #include "services/user_defaults.h"
-#include "ui/message_line.h"
 
 namespace vantle {
 

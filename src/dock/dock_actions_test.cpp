@@ -15,8 +15,8 @@
 #include "services/settings_keys.h"
 #include "services/testing/manual_scheduler.h"
 #include "services/testing/memory_defaults_store.h"
+#include "services/testing/recording_message_line.h"
 #include "support/temporary_directory.h"
-#include "ui/testing/recording_message_line.h"
 
 namespace vantle {
 namespace {

@@ -13,6 +13,8 @@
 #include <thread>
 #include <vector>
 
+#include "keys/media_keys_x11.h"
+
 namespace vantle {
 namespace {
 

@@ -18,7 +18,7 @@ void KeyboardControl::startKeys() {
         stopKeys();
         return;
     }
-    const bool trusted = host_.trusted();
+    const bool trusted = trust_.trusted(false);
     if (!previousKeyboardTrust || *previousKeyboardTrust != trusted) {
         previousKeyboardTrust = trusted;
         keyboardAttemptFailed = false;
@@ -74,7 +74,7 @@ void KeyboardControl::registerKeyboardBuild() {
     const bool legacyInstall =
         defaults_.object(settings::kKeyboardStatus).has_value() || defaults_.boolean(settings::kLoginSetupDone);
     keyboardUpdate.registerLaunch(build_, legacyInstall);
-    if (!host_.permissionFollowsBuild()) {
+    if (!trust_.permissionFollowsBuild()) {
         // Here the permission belongs to the user's desktop, not to one build of the program: an
         // update loses nothing, and a repair would be a dialog with nothing to repair.
         keyboardUpdate.repairSucceeded();
@@ -104,11 +104,11 @@ void KeyboardControl::requestKeyboardPermission(bool explicitly) {
     if (keyboardEnabled()) {
         return;
     }
-    switch (keyboardFlow.request(explicitly, host_.systemSettingsRunning())) {
+    switch (keyboardFlow.request(explicitly, trust_.settingsApplicationRunning())) {
     case KeyboardPermissionFlow::Action::invite: {
         // Trusted yet without keys means another program holds them: say so rather than ask
         // for a permission the process already has.
-        const KeyboardAlert alert{L("s147"), host_.trusted() ? L("s111") : L("s148"), L("s149"), L("s150")};
+        const KeyboardAlert alert{L("s147"), trust_.trusted(false) ? L("s111") : L("s148"), L("s149"), L("s150")};
         const bool secondChosen = host_.runAlert(alert);
         keyboardFlow.finishInvitation();
         if (!secondChosen) {
@@ -126,7 +126,7 @@ void KeyboardControl::requestKeyboardPermission(bool explicitly) {
 }
 
 void KeyboardControl::repairKeyboardPermission() {
-    if (!keyboardUpdate.pendingBuild && !host_.permissionFollowsBuild()) {
+    if (!keyboardUpdate.pendingBuild && !trust_.permissionFollowsBuild()) {
         // Nothing can be reset where the permission does not belong to the program; what stops
         // the keys is another program holding them, which switching the keys on again explains.
         enableKeys();
@@ -145,7 +145,7 @@ void KeyboardControl::repairKeyboardPermission() {
     repairInProgress = true;
     stopKeys();
     host_.refresh();
-    if (!host_.resetKeyboardPermission()) {
+    if (!trust_.reset()) {
         repairInProgress = false;
         keyboardAttemptFailed = true;
         openKeyboardSettings();

@@ -5,6 +5,7 @@
 
 #include "keys/key_tap.h"
 #include "keys/keyboard_host.h"
+#include "keys/keyboard_trust.h"
 #include "keys/keyboard_permission.h"
 #include "keys/media_keys.h"
 #include "services/user_defaults.h"
@@ -21,8 +22,8 @@ class KeyboardControl {
 public:
     // build: the running program's build number, "unknown" when the bundle has none.
     KeyboardControl(KeyTap& tap, MediaKeyHandler& handler, UserDefaults& defaults, std::string build,
-                    KeyboardHost& host)
-        : tap_(tap), handler_(handler), defaults_(defaults), build_(std::move(build)), host_(host) {}
+                    KeyboardTrust& trust, KeyboardHost& host)
+        : tap_(tap), handler_(handler), defaults_(defaults), build_(std::move(build)), trust_(trust), host_(host) {}
 
     // Idempotent; runs at launch, on every tick of the 2 s timer, from enableKeys and after a
     // failed relaunch.
@@ -60,6 +61,7 @@ private:
     MediaKeyHandler& handler_;
     UserDefaults& defaults_;
     std::string build_;
+    KeyboardTrust& trust_;
     KeyboardHost& host_;
 };
 

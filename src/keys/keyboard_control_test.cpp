@@ -75,11 +75,11 @@ TEST_F(KeyboardControlTest, EnableKeysLeavesTheBlockedStateAndSaysTheKeysAreOn) 
 
 TEST_F(KeyboardControlTest, TrustWithdrawnRemovesTheTapAndTrustGrantedInstallsIt) {
     keys.startKeys();
-    host.trust = false;
+    trust.trust = false;
     keys.startKeys();
     EXPECT_FALSE(keys.keyboardEnabled());
     host.reports.clear();
-    host.trust = true;
+    trust.trust = true;
     keys.startKeys();
     EXPECT_TRUE(keys.keyboardEnabled());
     EXPECT_EQ(reported(), L("s130"));
@@ -88,11 +88,11 @@ TEST_F(KeyboardControlTest, TrustWithdrawnRemovesTheTapAndTrustGrantedInstallsIt
 TEST_F(KeyboardControlTest, ChangedTrustClearsTheBlockedState) {
     tap.heldElsewhere = true;
     keys.startKeys();
-    host.trust = false;
+    trust.trust = false;
     keys.startKeys();
     EXPECT_FALSE(keys.keyboardAttemptFailed);
     tap.heldElsewhere = false;
-    host.trust = true;
+    trust.trust = true;
     keys.startKeys();
     EXPECT_TRUE(keys.keyboardEnabled());
 }
@@ -100,7 +100,7 @@ TEST_F(KeyboardControlTest, ChangedTrustClearsTheBlockedState) {
 TEST_F(KeyboardControlTest, RepairOrRelaunchInProgressLeavesEverythingAlone) {
     keys.startKeys();
     keys.repairInProgress = true;
-    host.trust = false;
+    trust.trust = false;
     keys.startKeys();
     keys.enableKeys();
     keys.requestKeyboardPermission(true);
@@ -125,7 +125,7 @@ TEST_F(KeyboardControlTest, FreshInstallNeedsNoRepairAndInvitesOnceAtLaunch) {
     EXPECT_FALSE(keys.updateRepairNeeded());
     EXPECT_EQ(defaults.string(settings::kKeyboardSeenBuild), "42");
     EXPECT_FALSE(defaults.object(settings::kKeyboardPendingRepairBuild));
-    host.trust = false;
+    trust.trust = false;
     keys.startKeys();
     keys.requestKeyboardPermission(false);
     keys.requestKeyboardPermission(false);
@@ -167,7 +167,7 @@ TEST_F(KeyboardControlTest, NoInvitationWhileTheKeysAreOn) {
 TEST_F(KeyboardControlTest, ExplicitRequestWhileSettingsRunOpensThemWithoutAlert) {
     tap.heldElsewhere = true;
     keys.startKeys();
-    host.settingsRunning = true;
+    trust.settingsRunning = true;
     keys.requestKeyboardPermission(true);
     EXPECT_TRUE(host.alerts.empty());
     EXPECT_EQ(host.settingsOpened, 1);
@@ -212,7 +212,7 @@ TEST_F(KeyboardRepairTest, LaunchRequestShowsTheRepairAlertAndCancelKeepsItDue) 
     EXPECT_EQ(host.alerts[0].secondButton, L("s009"));
     EXPECT_TRUE(keys.updateRepairNeeded());
     EXPECT_FALSE(keys.keyboardEnabled());
-    EXPECT_EQ(host.resets, 0);
+    EXPECT_EQ(trust.resets, 0);
     // The automatic request does not ask a second time in the same run.
     keys.requestKeyboardPermission(false);
     EXPECT_EQ(host.alerts.size(), 1u);
@@ -236,7 +236,7 @@ TEST_F(KeyboardRepairTest, ResetThatSucceedsForgetsTheRepairAndRelaunches) {
     keys.registerKeyboardBuild();
     host.chooseSecondButton = true;
     keys.repairKeyboardPermission();
-    EXPECT_EQ(host.resets, 1);
+    EXPECT_EQ(trust.resets, 1);
     EXPECT_FALSE(defaults.object(settings::kKeyboardPendingRepairBuild));
     EXPECT_FALSE(keys.updateRepairNeeded());
     EXPECT_EQ(host.relaunches, 1);
@@ -247,7 +247,7 @@ TEST_F(KeyboardRepairTest, ResetThatSucceedsForgetsTheRepairAndRelaunches) {
 TEST_F(KeyboardRepairTest, ResetThatFailsKeepsTheRepairDueAndTheKeysBlocked) {
     keys.registerKeyboardBuild();
     host.chooseSecondButton = true;
-    host.resetWorks = false;
+    trust.resetWorks = false;
     keys.repairKeyboardPermission();
     EXPECT_TRUE(keys.updateRepairNeeded());
     EXPECT_EQ(defaults.string(settings::kKeyboardPendingRepairBuild), "42");
@@ -274,7 +274,7 @@ TEST_F(KeyboardRepairTest, NoRepairIsShownOnTopOfAnotherAlert) {
 // On X11 the keys are not a permission of one build: nothing to repair, no dialog.
 class DesktopKeyboardTest : public KeyboardRepairTest {
 protected:
-    DesktopKeyboardTest() { host.followsBuild = false; }
+    DesktopKeyboardTest() { trust.followsBuild = false; }
 };
 
 TEST_F(DesktopKeyboardTest, UpdateMakesNoRepairDue) {
@@ -289,7 +289,7 @@ TEST_F(DesktopKeyboardTest, RepairWithTheKeysOnShowsNoDialog) {
     keys.startKeys();
     keys.repairKeyboardPermission();
     EXPECT_TRUE(host.alerts.empty());
-    EXPECT_EQ(host.resets, 0);
+    EXPECT_EQ(trust.resets, 0);
     EXPECT_EQ(reported(), L("s087"));
 }
 
@@ -300,7 +300,7 @@ TEST_F(DesktopKeyboardTest, RepairWithTheKeysHeldElsewhereExplainsAndOpensShortc
     keys.repairKeyboardPermission();
     ASSERT_EQ(host.alerts.size(), 1u);
     EXPECT_EQ(host.alerts[0].informative, L("s111"));
-    EXPECT_EQ(host.resets, 0);
+    EXPECT_EQ(trust.resets, 0);
     EXPECT_EQ(host.settingsOpened, 1);
 }
 

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 
 #include "audio/volume_control.h"
@@ -22,12 +20,6 @@ struct MediaKeyEvent {
     bool fine = false;     // Shift and Alt held: the small step
     bool operator==(const MediaKeyEvent&) const = default;
 };
-
-// The X11 key symbols of the media keys; others are not ours.
-std::optional<int> mediaKeyOfKeysym(std::uint32_t keysym);
-
-// Shift and Alt (Mod1) both held in an X11 modifier state; other modifiers do not matter.
-bool isFineStep(std::uint16_t modifierState);
 
 // Acts on handled key presses: a volume, mute or brightness change, the control refresh and the
 // on-screen display. Main thread only; the key tap queues presses here and returns at once.

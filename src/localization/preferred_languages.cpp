@@ -1,10 +1,8 @@
 #include "localization/preferred_languages.h"
 
-#include <cstdlib>
 #include <sstream>
 
 #include "services/settings_keys.h"
-#include "services/standard_defaults.h"
 
 namespace vantle {
 namespace {
@@ -36,15 +34,6 @@ std::vector<std::string> preferredLanguages(const UserDefaults& defaults, const 
         }
     }
     return languages;
-}
-
-std::vector<std::string> preferredLanguages() {
-    return preferredLanguages(standardDefaults(), [](const char* name) -> std::optional<std::string> {
-        if (const char* value = std::getenv(name)) {
-            return std::string(value);
-        }
-        return std::nullopt;
-    });
 }
 
 }  // namespace vantle

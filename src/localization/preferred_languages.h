@@ -18,7 +18,8 @@ using EnvironmentLookup = std::function<std::optional<std::string>(const char* n
 // "C" and "POSIX" locales, which name no language, are left out.
 std::vector<std::string> preferredLanguages(const UserDefaults& defaults, const EnvironmentLookup& environment);
 
-// The same for this process: its settings and its environment.
+// The same for the running program, as its platform knows them. On Linux: its own settings and
+// its environment.
 std::vector<std::string> preferredLanguages();
 
 }  // namespace vantle

@@ -1,4 +1,4 @@
-#include "services/plist_file_store.h"
+#include "services/plist_file_store_linux.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -12,7 +12,7 @@
 
 #include "services/file_contents.h"
 #include "services/property_list_codec.h"
-#include "services/write_all.h"
+#include "services/write_all_linux.h"
 
 namespace vantle {
 namespace {

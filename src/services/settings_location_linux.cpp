@@ -1,4 +1,4 @@
-#include "services/settings_location.h"
+#include "services/settings_location_linux.h"
 
 #include <pwd.h>
 #include <unistd.h>

@@ -1,7 +1,7 @@
 #include "services/standard_defaults.h"
 
-#include "services/plist_file_store.h"
-#include "services/settings_location.h"
+#include "services/plist_file_store_linux.h"
+#include "services/settings_location_linux.h"
 
 namespace vantle {
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 namespace vantle {
 
@@ -24,10 +23,5 @@ public:
     // nothing could be started for it.
     virtual bool openUrl(const std::string& url) = 0;
 };
-
-// The commands that open a settings place, best first: those of the desktop named by
-// XDG_CURRENT_DESKTOP (a colon-separated list, such as "ubuntu:GNOME"), then ones that work on
-// any desktop.
-std::vector<std::vector<std::string>> settingsCommands(const std::string& currentDesktop, SettingsPlace place);
 
 }  // namespace vantle

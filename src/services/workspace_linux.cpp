@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <sstream>
 
+#include "services/desktop_settings_commands_linux.h"
+
 extern char** environ;
 
 namespace vantle {

@@ -1,4 +1,4 @@
-#include "services/write_all.h"
+#include "services/write_all_linux.h"
 
 #include <unistd.h>
 

@@ -14,7 +14,7 @@
 #include <string>
 
 #include "services/file_contents.h"
-#include "ui/desktop_scheme.h"
+#include "ui/desktop_scheme_linux.h"
 
 namespace vantle {
 namespace {

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <functional>
 
+#include "ui/appearance_source.h"
+
 class QDBusMessage;
 
 namespace vantle {
@@ -12,19 +14,17 @@ namespace vantle {
 // own settings files decide (GTK's settings.ini and GTK_THEME, KDE's kdeglobals), and without
 // those the palette the desktop gave the program. VANTLE_COLOR_SCHEME=dark or light overrides
 // them all, for desktops that tell none of them.
-class DesktopAppearance final : public QObject {
+class DesktopAppearance final : public QObject, public AppearanceSource {
     Q_OBJECT
 public:
     // changed runs on the main thread whenever the portal reports a new scheme; without one,
     // nothing listens for the portal's reports.
     explicit DesktopAppearance(std::function<void()> changed);
 
-    // Asks afresh every time; answers within half a second even when the portal hangs.
-    bool dark() const;
-
-    // Applies dark colours to every window of the program, or gives the light scheme back to the
-    // desktop's own style and palette.
-    static void apply(bool dark);
+    // Answers within half a second even when the portal hangs.
+    bool dark() const override;
+    // The light scheme is the desktop's own style and palette.
+    void apply(bool dark) override;
 
 private slots:
     // The portal's SettingChanged(group, key, value). Taken as the whole message: a slot with the

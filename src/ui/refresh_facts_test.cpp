@@ -6,7 +6,7 @@
 #include "display/testing/fake_displays.h"
 #include "services/muted_levels.h"
 #include "services/testing/memory_defaults_store.h"
-#include "ui/testing/recording_message_line.h"
+#include "services/testing/recording_message_line.h"
 
 namespace vantle {
 namespace {

@@ -10,10 +10,10 @@
 #include <vector>
 
 #include "app/app.h"
-#include "app/display_backends.h"
+#include "app/platform.h"
 #include "audio/pulse/audio_hal_pulse.h"
 #include "desktop_fixture.h"
-#include "services/plist_file_store.h"
+#include "services/plist_file_store_linux.h"
 
 namespace vantle::testing {
 
@@ -31,16 +31,16 @@ protected:
     ~InProcessAppTest() override {
         app.reset();
         hal.reset();
-        displays.reset();
+        platform.reset();
     }
 
     void launch(std::vector<std::string> arguments = {"--suppress-keyboard-invitation"}) {
         static int argc = 1;
         static char name[] = "in_process_app_test";
         static char* argv[] = {name, nullptr};
-        displays = DisplayBackends::create(argc, argv, defaults);
+        platform = makePlatform(argc, argv, defaults);
         hal = std::make_unique<PulseAudioHal>();
-        app = std::make_unique<App>(*hal, defaults, *displays, std::move(arguments));
+        app = std::make_unique<App>(*platform, *hal, std::move(arguments));
         app->applicationDidFinishLaunching();
         pump(300ms);
     }
@@ -66,7 +66,7 @@ protected:
 
     PlistFileStore store{settingsFile()};
     UserDefaults defaults{store};
-    std::unique_ptr<DisplayBackends> displays;
+    std::unique_ptr<Platform> platform;
     std::unique_ptr<PulseAudioHal> hal;
     std::unique_ptr<App> app;
 };

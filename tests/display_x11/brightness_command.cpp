@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "app/display_backends.h"
+#include "app/platform.h"
 #include "services/standard_defaults.h"
 
 int main(int argc, char** argv) {
@@ -18,8 +18,8 @@ int main(int argc, char** argv) {
     const auto display = static_cast<std::uint32_t>(std::stoul(argv[1]));
     const float level = std::strtof(argv[2], nullptr);
     int toolkitArgc = 1;
-    const auto backends = vantle::DisplayBackends::create(toolkitArgc, argv, vantle::standardDefaults());
-    const bool written = backends->brightness().write(display, level);
+    const auto platform = vantle::makePlatform(toolkitArgc, argv, vantle::standardDefaults());
+    const bool written = platform->displays().brightness().write(display, level);
     std::printf("%s\n", written ? "written" : "refused");
     std::fflush(stdout);
     for (;;) {

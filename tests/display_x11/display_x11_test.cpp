@@ -11,7 +11,7 @@
 #include <functional>
 #include <thread>
 
-#include "app/display_backends.h"
+#include "app/platform.h"
 #include "app/scheduler_qt.h"
 #include "display/brightness_control.h"
 #include "display/screens_x11.h"
@@ -19,11 +19,11 @@
 #include "keys/osd.h"
 #include "keys/osd_check.h"
 #include "keys/osd_panel_qt.h"
-#include "services/plist_file_store.h"
+#include "services/plist_file_store_linux.h"
 #include "services/property_list_codec.h"
-#include "x_server_fixture.h"
-#include "ui/testing/recording_message_line.h"
+#include "services/testing/recording_message_line.h"
 #include "services/testing/recording_workspace.h"
+#include "x_server_fixture.h"
 
 namespace vantle::testing {
 namespace {
@@ -38,11 +38,17 @@ protected:
 
     void softwareBrightness(bool on) { defaults.set("softwareBrightness", on); }
 
-    std::unique_ptr<DisplayBackends> backends() {
+    // The platform, which owns the toolkit's application object, with its displays in front.
+    struct PlatformDisplays {
+        std::unique_ptr<Platform> platform;
+        DisplayBackends* operator->() const { return &platform->displays(); }
+    };
+
+    PlatformDisplays backends() {
         static int argc = 1;
         static char name[] = "display_x11_test";
         static char* argv[] = {name, nullptr};
-        return DisplayBackends::create(argc, argv, defaults);
+        return {makePlatform(argc, argv, defaults)};
     }
 
     // The shade windows Qt shows right now.

@@ -13,9 +13,9 @@
 #include "dock/testing/main_queue.h"
 #include "services/testing/manual_scheduler.h"
 #include "services/testing/memory_defaults_store.h"
+#include "services/testing/recording_message_line.h"
 #include "stand_in_dock_world.h"
 #include "support/temporary_directory.h"
-#include "ui/testing/recording_message_line.h"
 
 namespace vantle::testing {
 

@@ -11,7 +11,6 @@
 #include <optional>
 #include <thread>
 
-#include "audio/testing/fake_audio_hal.h"
 #include "https_feed_server.h"
 #include "localization/localization.h"
 #include "services/testing/manual_scheduler.h"
@@ -22,7 +21,6 @@
 #include "services/updates/update_settings_keys.h"
 #include "services/updates/updater_linux.h"
 #include "test_main_loop.h"
-#include "ui/testing/recording_message_line.h"
 
 namespace vantle {
 namespace {
@@ -97,11 +95,6 @@ private:
 
 class FeedUpdatesHttpsTest : public ::testing::Test {
 protected:
-    FeedUpdatesHttpsTest() {
-        hal.add(10, testing::FakeAudioHal::plainDevice("Speakers", "uid-10", {0.5f, 0.5f}));
-        hal.defaultOutput = 10;
-    }
-
     // The program's own update stack, with the fetch pointed at the test server and shorter
     // timeouts, so that a silent server costs the test a second and a half, not half a minute.
     void makeController() { makeController(trustingSettings()); }
@@ -115,7 +108,7 @@ protected:
                                                      std::make_unique<CurlFeedFetcher>(fetching, loop.poster()),
                                                      delegate, defaults, scheduler);
             },
-            volume, host);
+            [] {}, host);
     }
 
     FetchSettings trustingSettings() const {
@@ -176,9 +169,6 @@ protected:
     testing::MemoryDefaultsStore store;
     UserDefaults defaults{store};
     testing::ManualScheduler scheduler;
-    testing::FakeAudioHal hal;
-    testing::RecordingMessageLine messages;
-    VolumeControl volume{hal, defaults, messages, [] {}};
     testing::RecordingUpdateHost host;
     std::optional<UpdateController> controller;
 };
@@ -313,7 +303,7 @@ TEST_F(FeedUpdatesHttpsTest, TheProgramsUpdaterReadsTheFeedNamedByTheEnvironment
     EXPECT_EQ(updateFeedAddress(), server.address());
     controller.emplace(
         [this](UpdaterDelegate& delegate) { return makeUpdater(delegate, defaults, scheduler, loop.poster()); },
-        volume, host);
+        [] {}, host);
     controller->startUpdates();
     checkAndWait(40s);
     ::unsetenv("VANTLE_UPDATE_FEED");
@@ -328,7 +318,7 @@ TEST_F(FeedUpdatesHttpsTest, AFeedAddressThatIsNotHttpsStopsTheStart) {
     ::setenv("VANTLE_UPDATE_FEED", "http://127.0.0.1:9/appcast.xml", 1);
     controller.emplace(
         [this](UpdaterDelegate& delegate) { return makeUpdater(delegate, defaults, scheduler, loop.poster()); },
-        volume, host);
+        [] {}, host);
     controller->startUpdates();
     ::unsetenv("VANTLE_UPDATE_FEED");
     ASSERT_EQ(host.messages.size(), 1u);

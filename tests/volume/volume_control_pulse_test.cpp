@@ -12,12 +12,12 @@
 #include "hal_reading.h"
 #include "localization/localization.h"
 #include "services/muted_levels.h"
-#include "services/plist_file_store.h"
+#include "services/plist_file_store_linux.h"
 #include "services/testing/memory_defaults_store.h"
+#include "services/testing/recording_message_line.h"
 #include "sound_server_fixture.h"
 #include "support/child_process.h"
 #include "support/temporary_directory.h"
-#include "ui/testing/recording_message_line.h"
 
 namespace vantle::testing {
 namespace {

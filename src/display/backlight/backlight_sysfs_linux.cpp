@@ -1,6 +1,6 @@
 #include "display/backlight/backlight_sysfs_linux.h"
 
-#include "display/connector_name.h"
+#include "display/connector_name_linux.h"
 
 #include <fcntl.h>
 #include <unistd.h>

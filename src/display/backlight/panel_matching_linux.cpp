@@ -5,7 +5,7 @@
 #include <cctype>
 #include <tuple>
 
-#include "display/connector_name.h"
+#include "display/connector_name_linux.h"
 #include "display/edid.h"
 
 namespace vantle::backlight {

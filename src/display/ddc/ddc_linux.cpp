@@ -5,7 +5,7 @@
 #include <condition_variable>
 #include <mutex>
 
-#include "display/ddc/ddc_matching.h"
+#include "display/ddc/ddc_matching_linux.h"
 #include "display/ddc/ddc_sysfs_linux.h"
 
 namespace vantle::ddc {

@@ -11,8 +11,6 @@ namespace vantle::testing {
 // the test chose, queued work waits until the test runs it.
 class FakeKeyboardHost final : public KeyboardHost {
 public:
-    bool trusted() override { return trust; }
-    bool permissionFollowsBuild() const override { return followsBuild; }
     void report(const std::string& text) override { reports.push_back(text); }
     void refresh() override { ++refreshes; }
     bool runAlert(const KeyboardAlert& alert) override {
@@ -22,11 +20,6 @@ public:
     bool openKeyboardSettings() override {
         ++settingsOpened;
         return settingsOpen;
-    }
-    bool systemSettingsRunning() override { return settingsRunning; }
-    bool resetKeyboardPermission() override {
-        ++resets;
-        return resetWorks;
     }
     void relaunch() override { ++relaunches; }
     void queue(std::function<void()> work) override { queued.push_back(std::move(work)); }
@@ -39,19 +32,14 @@ public:
         }
     }
 
-    bool trust = true;
-    bool followsBuild = true;
     bool chooseSecondButton = false;
     bool settingsOpen = true;
-    bool settingsRunning = false;
-    bool resetWorks = true;
 
     std::vector<std::string> reports;
     std::vector<KeyboardAlert> alerts;
     std::deque<std::function<void()>> queued;
     int refreshes = 0;
     int settingsOpened = 0;
-    int resets = 0;
     int relaunches = 0;
 };
 

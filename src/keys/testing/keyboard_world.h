@@ -5,10 +5,11 @@
 #include "keys/keyboard_control.h"
 #include "keys/testing/fake_key_tap.h"
 #include "keys/testing/fake_keyboard_host.h"
+#include "keys/testing/fake_keyboard_trust.h"
 #include "services/testing/manual_scheduler.h"
 #include "services/testing/memory_defaults_store.h"
+#include "services/testing/recording_message_line.h"
 #include "services/testing/recording_workspace.h"
-#include "ui/testing/recording_message_line.h"
 
 namespace vantle::testing {
 
@@ -42,7 +43,8 @@ struct KeyboardWorld {
     MediaKeyHandler handler{hal, volumeControl, brightnessControl, osd, [] {}};
     FakeKeyTap tap;
     FakeKeyboardHost host;
-    KeyboardControl keys{tap, handler, defaults, "42", host};
+    FakeKeyboardTrust trust;
+    KeyboardControl keys{tap, handler, defaults, "42", trust, host};
 };
 
 }  // namespace vantle::testing

@@ -11,11 +11,11 @@
 #include <system_error>
 
 #include "services/file_contents.h"
-#include "services/login/desktop_entry.h"
-#include "services/login/install_location.h"
-#include "services/login/login_settings_commands.h"
+#include "services/login/desktop_entry_linux.h"
+#include "services/login/install_location_linux.h"
+#include "services/login/login_settings_commands_linux.h"
 #include "services/workspace_linux.h"
-#include "services/write_all.h"
+#include "services/write_all_linux.h"
 
 namespace vantle {
 namespace {

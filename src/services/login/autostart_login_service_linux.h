@@ -48,7 +48,7 @@ private:
 
 // The path of the running program.
 std::string runningExecutablePath();
-// Whether the running program lies where it may start at login (see install_location.h).
+// Whether the running program lies where it may start at login (see install_location_linux.h).
 bool runningInstalledForLogin();
 
 }  // namespace vantle

@@ -34,8 +34,8 @@ LoginPresentation presentLogin(LoginItemStatus status, bool installedForLogin,
 // it and forwards its App methods of the same names. Main thread only.
 class LoginController {
 public:
-    // installedForLogin: whether the running program lies where it may start at login (see
-    // install_location.h); it cannot change while the program runs. refresh brings every control
+    // installedForLogin: whether the running program lies where it may start at login, as its
+    // platform decides; it cannot change while the program runs. refresh brings every control
     // into line with the current state.
     LoginController(LoginService& service, UserDefaults& defaults, bool installedForLogin,
                     std::function<void()> refresh)

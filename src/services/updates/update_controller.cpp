@@ -20,8 +20,9 @@ std::string updaterStartMessage(const UpdateError& error) {
     return L("s003", error.description);
 }
 
-UpdateController::UpdateController(UpdaterFactory makeUpdater, VolumeControl& volume, UpdateHost& host)
-    : makeUpdater_(std::move(makeUpdater)), volume_(volume), host_(host) {}
+UpdateController::UpdateController(UpdaterFactory makeUpdater, std::function<void()> prepareForRelaunch,
+                                   UpdateHost& host)
+    : makeUpdater_(std::move(makeUpdater)), prepareForRelaunch_(std::move(prepareForRelaunch)), host_(host) {}
 
 // The updater goes first: it may still hold a check in flight that would report to us.
 UpdateController::~UpdateController() {
@@ -77,12 +78,9 @@ void UpdateController::updaterDidFinishUpdateCycle(UpdateCheck, const std::optio
     host_.showUpdateMessage(updateCycleMessage(error));
 }
 
+// The program goes away in a moment: whatever it holds for the user must be handed back now.
 bool UpdateController::updaterShouldPostponeRelaunchForUpdate() {
-    // The program goes away in a moment: the user's devices get their levels back now, rather
-    // than staying silent until someone asks the new version to unmute them.
-    if (volume_.muted()) {
-        volume_.unmute();
-    }
+    prepareForRelaunch_();
     installingUpdate_ = true;
     return false;
 }

@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 
-#include "audio/volume_control.h"
 #include "services/updates/updater.h"
 
 namespace vantle {
@@ -33,14 +32,17 @@ struct UpdatePresentation {
 
 // The application's side of software updates: starts the updater at launch, carries the
 // check-now and automatic-checks actions, turns the end of each update cycle into one line of
-// text, and gives muted outputs their levels back before an update replaces the program.
+// text, and lets the application prepare before an update replaces the program.
 // The application owns it and forwards its App methods of the same names. Main thread only.
 class UpdateController final : public UpdaterDelegate {
 public:
     // Makes the platform's updater, reporting to the given delegate. Called once, on first use.
     using UpdaterFactory = std::function<std::unique_ptr<Updater>(UpdaterDelegate&)>;
 
-    UpdateController(UpdaterFactory makeUpdater, VolumeControl& volume, UpdateHost& host);
+    // prepareForRelaunch runs when an update is about to end the program to put a new version in
+    // its place, before the updater goes on; the application gives muted outputs their levels
+    // back there, rather than leaving them silent until someone asks the new version to unmute.
+    UpdateController(UpdaterFactory makeUpdater, std::function<void()> prepareForRelaunch, UpdateHost& host);
     ~UpdateController() override;
     UpdateController(const UpdateController&) = delete;
     UpdateController& operator=(const UpdateController&) = delete;
@@ -66,7 +68,7 @@ private:
     Updater& updater();
 
     UpdaterFactory makeUpdater_;
-    VolumeControl& volume_;
+    std::function<void()> prepareForRelaunch_;
     UpdateHost& host_;
     std::unique_ptr<Updater> updater_;
     bool installingUpdate_ = false;

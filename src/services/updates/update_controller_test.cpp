@@ -2,37 +2,27 @@
 
 #include <gtest/gtest.h>
 
-#include "audio/testing/fake_audio_hal.h"
+#include <vector>
+
 #include "localization/localization.h"
-#include "services/testing/memory_defaults_store.h"
 #include "services/updates/testing/fake_updater.h"
 #include "services/updates/testing/recording_update_host.h"
-#include "ui/testing/recording_message_line.h"
 
 namespace vantle {
 namespace {
 
-using testing::FakeAudioHal;
 using testing::FakeUpdater;
 
 class UpdateControllerTest : public ::testing::Test {
 protected:
-    UpdateControllerTest() {
-        hal.add(10, FakeAudioHal::plainDevice("Speakers", "uid-10", {0.4f, 0.6f}));
-        hal.defaultOutput = 10;
-    }
-
     FakeUpdater& updater() {
         EXPECT_NE(fake, nullptr) << "the controller has not made its updater yet";
         return *fake;
     }
 
-    FakeAudioHal hal;
-    testing::MemoryDefaultsStore store;
-    UserDefaults defaults{store};
-    testing::RecordingMessageLine messages;
-    VolumeControl volume{hal, defaults, messages, [] {}};
     testing::RecordingUpdateHost host;
+    // What ran before a relaunch, with whether the controller had already said it was installing.
+    std::vector<bool> preparations;
     FakeUpdater* fake = nullptr;
     int updatersMade = 0;
     UpdateController controller{[this](UpdaterDelegate& delegate) {
@@ -41,7 +31,7 @@ protected:
                                     fake = made.get();
                                     return made;
                                 },
-                                volume, host};
+                                [this] { preparations.push_back(controller.installingUpdate()); }, host};
 };
 
 TEST_F(UpdateControllerTest, TheUpdaterIsMadeOnFirstUseAndOnlyOnce) {
@@ -148,21 +138,17 @@ TEST_F(UpdateControllerTest, AFoundUpdateIsOffered) {
     EXPECT_EQ(host.offers[0], offer);
 }
 
-TEST_F(UpdateControllerTest, AnUpdateInstalledWhileMutedRestoresTheLevelsBeforeTheRelaunch) {
-    volume.toggleMute();
-    ASSERT_TRUE(volume.muted());
-    ASSERT_FLOAT_EQ(hal.volume(10, 2), 0.0f);
+TEST_F(UpdateControllerTest, AnUpdateAboutToRelaunchLetsTheApplicationPrepareFirst) {
     EXPECT_FALSE(controller.updaterShouldPostponeRelaunchForUpdate());
-    EXPECT_FALSE(volume.muted());
-    EXPECT_FLOAT_EQ(hal.volume(10, 1), 0.4f);
-    EXPECT_FLOAT_EQ(hal.volume(10, 2), 0.6f);
+    EXPECT_EQ(preparations, std::vector<bool>{false});
     EXPECT_TRUE(controller.installingUpdate());
 }
 
-TEST_F(UpdateControllerTest, ARelaunchWithNothingMutedTouchesNoDevice) {
-    EXPECT_FALSE(controller.updaterShouldPostponeRelaunchForUpdate());
-    EXPECT_TRUE(hal.writes.empty());
-    EXPECT_TRUE(controller.installingUpdate());
+TEST_F(UpdateControllerTest, OnlyARelaunchLetsTheApplicationPrepare) {
+    controller.startUpdates();
+    controller.checkUpdates();
+    controller.updaterDidFinishUpdateCycle(UpdateCheck::userInitiated, std::nullopt);
+    EXPECT_TRUE(preparations.empty());
 }
 
 TEST_F(UpdateControllerTest, TheEndOfACycleEndsTheInstallation) {
