@@ -212,9 +212,7 @@ void App::quit() {
 }
 
 void App::endSession() {
-    if (volume_.muted()) {
-        volume_.unmute();
-    }
+    volume_.unmuteIfMuted();
     endEventLoop();
 }
 

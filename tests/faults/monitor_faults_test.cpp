@@ -37,8 +37,10 @@ TEST_F(MonitorFaultTest, ShadeOfARemovedMonitorGoesAndTheOtherStays) {
     ASSERT_TRUE(waitFor([] { return programWindowAt(kLeft) && programWindowAt(kRight); }, 5s));
 
     removeMonitor("RIGHT");
-    EXPECT_TRUE(waitFor([] { return !programWindowAt(kRight); }, 5s));
-    EXPECT_TRUE(programWindowAt(kLeft));
+    // The toolkit reports a removed monitor in several steps, and the left shade follows its
+    // screen's frame at each; under load one of those in-between frames can be seen. What counts
+    // is where both shades settle.
+    EXPECT_TRUE(waitFor([] { return !programWindowAt(kRight) && programWindowAt(kLeft); }, 5s));
 
     addRight();
     // The monitor comes back undimmed: its level went with it.
