@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 namespace vantle {
 
@@ -74,6 +75,27 @@ public:
     // Writes size bytes of data to the property.
     virtual Status setData(std::uint32_t object, const PropertyAddress& address, std::uint32_t size,
                            const void* data) = 0;
+
+    // One write of a batch: size bytes at data to the object's property.
+    struct Write {
+        std::uint32_t object = 0;
+        PropertyAddress address;
+        std::uint32_t size = 0;
+        const void* data = nullptr;
+    };
+
+    // Carries out the writes as setData would, one after another in their order, and returns
+    // each one's status at the same position. A backend that talks to a server sends them
+    // together and waits once for all the answers, so that a command reaching many devices
+    // costs one wait, not one per device.
+    virtual std::vector<Status> setDataBatch(const std::vector<Write>& writes) {
+        std::vector<Status> statuses;
+        statuses.reserve(writes.size());
+        for (const Write& write : writes) {
+            statuses.push_back(setData(write.object, write.address, write.size, write.data));
+        }
+        return statuses;
+    }
 
     // Whether the object has the property at all.
     virtual bool hasProperty(std::uint32_t object, const PropertyAddress& address) = 0;

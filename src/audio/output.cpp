@@ -82,17 +82,43 @@ std::vector<float> Output::levels(AudioHal& hal) const {
 }
 
 bool Output::write(AudioHal& hal, const std::vector<float>& newLevels) const {
-    if (newLevels.size() != elements.size() || elements.empty()) {
-        return false;
+    return writeLevels(hal, {LevelChange{this, newLevels}}).front();
+}
+
+std::vector<bool> writeLevels(AudioHal& hal, const std::vector<LevelChange>& changes) {
+    std::vector<bool> written(changes.size(), false);
+    std::size_t total = 0;
+    for (const LevelChange& change : changes) {
+        total += change.levels.size();
     }
-    bool allWritten = true;
-    for (std::size_t index = 0; index < elements.size(); ++index) {
-        const float level = clampLevel(newLevels[index]);
-        if (hal.setData(id, address(audio::kVolume, elements[index]), sizeof level, &level) != AudioHal::kSuccess) {
-            allWritten = false;
+    // The batch points into these; reserved in full so that they never move.
+    std::vector<float> clamped;
+    clamped.reserve(total);
+    std::vector<AudioHal::Write> writes;
+    std::vector<std::size_t> owner;
+    for (std::size_t position = 0; position < changes.size(); ++position) {
+        const Output& output = *changes[position].output;
+        const std::vector<float>& levels = changes[position].levels;
+        if (levels.size() != output.elements.size() || levels.empty()) {
+            continue;
+        }
+        written[position] = true;
+        for (std::size_t index = 0; index < levels.size(); ++index) {
+            clamped.push_back(clampLevel(levels[index]));
+            writes.push_back({output.id, address(audio::kVolume, output.elements[index]), sizeof(float), &clamped.back()});
+            owner.push_back(position);
         }
     }
-    return allWritten;
+    if (writes.empty()) {
+        return written;
+    }
+    const std::vector<AudioHal::Status> statuses = hal.setDataBatch(writes);
+    for (std::size_t index = 0; index < writes.size(); ++index) {
+        if (index >= statuses.size() || statuses[index] != AudioHal::kSuccess) {
+            written[owner[index]] = false;
+        }
+    }
+    return written;
 }
 
 std::vector<Output> outputs(AudioHal& hal) {

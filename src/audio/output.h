@@ -60,6 +60,17 @@ struct Output {
     bool write(AudioHal& hal, const std::vector<float>& newLevels) const;
 };
 
+// New levels for one output, one per element.
+struct LevelChange {
+    const Output* output = nullptr;
+    std::vector<float> levels;
+};
+
+// Writes every change as Output::write does, all in one batch, so that a command reaching
+// several devices waits for the hardware once. The result holds, at each change's position,
+// whether all of its writes succeeded.
+std::vector<bool> writeLevels(AudioHal& hal, const std::vector<LevelChange>& changes);
+
 // Every device that can play sound, in the hardware's order; empty when the list cannot be read.
 std::vector<Output> outputs(AudioHal& hal);
 

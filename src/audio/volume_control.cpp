@@ -66,16 +66,20 @@ void VolumeControl::applyVolume(float level) {
     for (const Output& device : leaves) {
         before.push_back(device.levels(hal_));
     }
+    // One device at a time (its elements together): a device that refuses stops the command
+    // before the next device hears the new level.
     for (const Output& device : leaves) {
         if (!device.write(hal_, std::vector<float>(device.elements.size(), level))) {
             // Undo what was written so that the devices never play at different levels. Every
             // device whose snapshot is complete is written back, including the failed one,
             // whose other elements may have taken the new level.
+            std::vector<LevelChange> rollback;
             for (std::size_t index = 0; index < leaves.size(); ++index) {
                 if (!before[index].empty() && before[index].size() == leaves[index].elements.size()) {
-                    leaves[index].write(hal_, before[index]);
+                    rollback.push_back({&leaves[index], before[index]});
                 }
             }
+            writeLevels(hal_, rollback);
             show(L("s091"));
             refresh_();
             return;
@@ -120,12 +124,13 @@ void VolumeControl::toggleMute() {
     }
     // Stored before the first write: if we die half-way, the levels are still known.
     setSaved(remembered);
-    bool failed = false;
+    // Every device is written whatever happens to the others, so they go out together.
+    std::vector<LevelChange> silence;
     for (const Output& device : leaves) {
-        if (!device.write(hal_, std::vector<float>(device.elements.size(), 0.0f))) {
-            failed = true;
-        }
+        silence.push_back({&device, std::vector<float>(device.elements.size(), 0.0f)});
     }
+    const std::vector<bool> written = writeLevels(hal_, silence);
+    const bool failed = std::find(written.begin(), written.end(), false) != written.end();
     if (failed) {
         unmute();
         show(L("s094"));
@@ -139,13 +144,18 @@ void VolumeControl::unmute() {
     AudioSnapshotScope snapshot(hal_);
     SavedLevels remembered = saved();
     // All outputs, not only the current leaves: the default output may have changed since.
-    for (const Output& output : outputs(hal_)) {
+    const std::vector<Output> all = outputs(hal_);
+    std::vector<LevelChange> restore;
+    for (const Output& output : all) {
         auto entry = remembered.find(output.uid);
-        if (entry == remembered.end() || entry->second.empty() || entry->second.size() != output.elements.size()) {
-            continue;
+        if (entry != remembered.end() && !entry->second.empty() && entry->second.size() == output.elements.size()) {
+            restore.push_back({&output, entry->second});
         }
-        if (output.write(hal_, entry->second)) {
-            remembered.erase(entry);
+    }
+    const std::vector<bool> written = writeLevels(hal_, restore);
+    for (std::size_t index = 0; index < restore.size(); ++index) {
+        if (written[index]) {
+            remembered.erase(restore[index].output->uid);
         }
     }
     setSaved(remembered);

@@ -35,17 +35,22 @@ float MediaKeyHandler::loudestLevel() {
 void MediaKeyHandler::handleMediaKey(int key, bool fine, bool repeated) {
     lastMediaKey_ = keyName(key);
     const float step = mediaKeyStep(fine);
+    if (key != kMute && key != kSoundUp && key != kSoundDown) {
+        brightness_.adjustBrightness(key == kBrightnessUp ? step : -step);
+        refresh_();
+        osd_.show(std::nullopt, false);
+        return;
+    }
+    // One reading of the sound hardware serves the whole press: the level to move from, the
+    // change, the controls' refresh and the display, which see the change as written. A press
+    // then costs one wait for the reading and one for the writes.
+    AudioSnapshotScope snapshot(hal_);
     if (key == kMute) {
         // A held mute key toggles once; its repeats only show the display again.
         if (!repeated) {
             volume_.toggleMute();
         }
         refresh_();
-    } else if (key != kSoundUp && key != kSoundDown) {
-        brightness_.adjustBrightness(key == kBrightnessUp ? step : -step);
-        refresh_();
-        osd_.show(std::nullopt, false);
-        return;
     } else {
         // While muted the level to move from is the one that unmuting would bring back.
         float current = 0.0f;

@@ -69,6 +69,22 @@ TEST_F(MediaKeyHandlerTest, SoundUpMovesOneSixteenthOrOnePercentWhenFine) {
     EXPECT_EQ(panels.contents.back().symbol, OsdSymbol::Speaker);
 }
 
+TEST_F(MediaKeyHandlerTest, AVolumeOrMuteKeyReadsTheSoundHardwareOnceForItsWholeWork) {
+    // Reads outside a scope would each be a reading of their own.
+    int readsOutsideAScope = 0;
+    hal.failWhen = [&](const FakeAudioHal::Call&) {
+        readsOutsideAScope += hal.snapshotDepth == 0 ? 1 : 0;
+        return false;
+    };
+    for (int key : {kSoundUp, kSoundDown, kMute, kMute}) {
+        const int before = hal.readings;
+        handler.handleMediaKey(key, false, false);
+        EXPECT_EQ(hal.readings - before, 1) << "key " << key;
+    }
+    EXPECT_EQ(readsOutsideAScope, 0);
+    EXPECT_NEAR(volume(), 0.5f, 1e-6);
+}
+
 TEST_F(MediaKeyHandlerTest, SoundUpNearTheTopStopsAtFull) {
     hal.devices[10].elements[0].volume = 0.97f;
     handler.handleMediaKey(kSoundUp, false, false);

@@ -4,6 +4,7 @@
 #include <QIcon>
 #include <QPainter>
 #include <QPainterPath>
+#include <map>
 
 namespace vantle {
 namespace {
@@ -23,7 +24,7 @@ const QColor kBackdrop(28, 28, 30, 205);
 const QColor kLabel(255, 255, 255, 235);
 const QColor kQuaternaryLabel(255, 255, 255, 64);
 
-QImage roundedMask() {
+QImage drawRoundedMask() {
     QImage mask(kOsdWidth, kOsdHeight, QImage::Format_ARGB32_Premultiplied);
     mask.fill(Qt::transparent);
     QPainter painter(&mask);
@@ -34,6 +35,29 @@ QImage roundedMask() {
     return mask;
 }
 
+// The panels are made afresh on every key press, always with the same shape and backdrop: those
+// are drawn once, at the first press, and shared (Qt's images share their pixels when copied).
+const QImage& roundedMask() {
+    static const QImage mask = drawRoundedMask();
+    return mask;
+}
+
+const QBitmap& roundedShape() {
+    static const QBitmap shape = QBitmap::fromImage(roundedMask().createAlphaMask());
+    return shape;
+}
+
+const QImage& tintedBackdrop() {
+    static const QImage backdrop = [] {
+        QImage image = roundedMask();
+        QPainter tint(&image);
+        tint.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        tint.fillRect(image.rect(), kBackdrop);
+        return image;
+    }();
+    return backdrop;
+}
+
 const char* themeIconName(OsdSymbol symbol) {
     switch (symbol) {
     case OsdSymbol::Brightness: return "display-brightness-symbolic";
@@ -41,6 +65,17 @@ const char* themeIconName(OsdSymbol symbol) {
     case OsdSymbol::SpeakerMuted: return "audio-volume-muted-symbolic";
     }
     return "";
+}
+
+// The desktop's symbol for the panel, looked up in the icon theme once per symbol; null when the
+// theme has none.
+const QIcon& themeIcon(OsdSymbol symbol) {
+    static std::map<OsdSymbol, QIcon> found;
+    auto entry = found.find(symbol);
+    if (entry == found.end()) {
+        entry = found.emplace(symbol, QIcon::fromTheme(QString::fromLatin1(themeIconName(symbol)))).first;
+    }
+    return entry->second;
 }
 
 // Our own artwork, for desktops whose icon theme lacks the symbols.
@@ -112,7 +147,7 @@ OsdPanelWidget::OsdPanelWidget(const ScreenFrame& frame, const OsdContent& conte
     // Without a compositor the window's alpha is ignored and its transparent corners would show
     // as black: the window itself is cut to the rounded shape (X Shape extension), which every X
     // server honours. With a compositor the same shape changes nothing visible.
-    setMask(QBitmap::fromImage(mask_.createAlphaMask()));
+    setMask(roundedShape());
 }
 
 void OsdPanelWidget::paintEvent(QPaintEvent*) {
@@ -120,15 +155,9 @@ void OsdPanelWidget::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
 
     // The backdrop: the mask's shape in the backdrop colour.
-    QImage backdrop = mask_;
-    {
-        QPainter tint(&backdrop);
-        tint.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        tint.fillRect(backdrop.rect(), kBackdrop);
-    }
-    painter.drawImage(0, 0, backdrop);
+    painter.drawImage(0, 0, tintedBackdrop());
 
-    const QIcon icon = QIcon::fromTheme(QString::fromLatin1(themeIconName(content_.symbol)));
+    const QIcon& icon = themeIcon(content_.symbol);
     if (!icon.isNull()) {
         icon.paint(&painter, kSymbolRect.adjusted(8, 8, -8, -8));
     } else {

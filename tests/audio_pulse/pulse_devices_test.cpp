@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 #include "audio/pulse/audio_hal_pulse.h"
 #include "hal_reading.h"
@@ -51,6 +53,26 @@ TEST_F(PulseDevicesTest, RealSourcesHaveNoOutputStreamAndMonitorsAreLeftOut) {
     EXPECT_EQ(streamBytes(hal, microphone), 0u);
     EXPECT_FALSE(hal.hasProperty(microphone, {audio::kVolume, audio::kScopeOutput, 0}));
     EXPECT_FALSE(deviceWithUid(hal, "studio.monitor"));
+}
+
+// The source list is read again only after the server reports a change of sources; the report
+// may trail the command that caused it by a moment, so the lists are looked at a few times.
+TEST_F(PulseDevicesTest, SourcesThatComeAndGoAreSeenByLaterReadings) {
+    const auto listedWithin = [&](const std::string& uid, bool listed) {
+        for (int attempt = 0; attempt < 50; ++attempt) {
+            if (deviceWithUid(hal, uid).has_value() == listed) {
+                return true;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+        return false;
+    };
+    ASSERT_TRUE(listedWithin("microphone", true));
+    const std::string module = pactl({"load-module", "module-null-source", "source_name=headset"});
+    EXPECT_TRUE(listedWithin("headset", true));
+    pactl({"unload-module", module});
+    EXPECT_TRUE(listedWithin("headset", false));
+    EXPECT_TRUE(listedWithin("microphone", true));
 }
 
 TEST_F(PulseDevicesTest, VolumeElementsExistForEachChannelOnly) {

@@ -143,6 +143,49 @@ TEST_F(PulseVolumeTest, WriteInsideAScopeCostsOneRoundTrip) {
     EXPECT_EQ(hal.roundTrips(), before + 1);
 }
 
+TEST_F(PulseVolumeTest, ABatchOfWritesToSeveralSinksAndChannelsCostsOneRoundTrip) {
+    const std::uint32_t studio = idOf("studio");
+    const std::uint32_t desk = idOf("desk");
+    const std::uint32_t surround = idOf("surround");
+    const float quiet = 0.2f;
+    const float loud = 0.8f;
+    const float left = 0.3f;
+    const float right = 0.6f;
+    AudioSnapshotScope scope(hal);
+    const std::uint64_t before = hal.roundTrips();
+    const std::vector<AudioHal::Status> statuses = hal.setDataBatch({
+        {studio, {audio::kVolume, audio::kScopeOutput, 0}, sizeof(float), &quiet},
+        {desk, {audio::kVolume, audio::kScopeOutput, 1}, sizeof(float), &left},
+        {desk, {audio::kVolume, audio::kScopeOutput, 2}, sizeof(float), &right},
+        {surround, {audio::kVolume, audio::kScopeOutput, 0}, sizeof(float), &loud},
+    });
+    EXPECT_EQ(hal.roundTrips(), before + 1);
+    EXPECT_EQ(statuses, std::vector<AudioHal::Status>(4, AudioHal::kSuccess));
+    // Both channel writes to one sink took, not only the last.
+    EXPECT_NE(pactl({"get-sink-volume", "desk"}).find("19661"), std::string::npos);
+    EXPECT_NE(pactl({"get-sink-volume", "desk"}).find("39322"), std::string::npos);
+    EXPECT_NE(pactl({"get-sink-volume", "studio"}).find("13107"), std::string::npos);
+    EXPECT_NE(pactl({"get-sink-volume", "surround"}).find("52429"), std::string::npos);
+}
+
+TEST_F(PulseVolumeTest, ABatchReportsTheSinkThatVanishedAndStillWritesTheOthers) {
+    const std::string module = pactl({"load-module", "module-null-sink", "sink_name=fleeting"});
+    PulseAudioHal reader;
+    const std::uint32_t fleeting = idOf("fleeting");
+    const std::uint32_t studio = idOf("studio");
+    const float level = 0.35f;
+    AudioSnapshotScope scope(hal);
+    pactl({"unload-module", module});
+    const std::vector<AudioHal::Status> statuses = hal.setDataBatch({
+        {fleeting, {audio::kVolume, audio::kScopeOutput, 0}, sizeof(float), &level},
+        {studio, {audio::kVolume, audio::kScopeOutput, 0}, sizeof(float), &level},
+    });
+    ASSERT_EQ(statuses.size(), 2u);
+    EXPECT_NE(statuses[0], AudioHal::kSuccess);
+    EXPECT_EQ(statuses[1], AudioHal::kSuccess);
+    EXPECT_NEAR(volume(reader, studio, 0).value_or(-1.0f), level, kTolerance);
+}
+
 TEST_F(PulseVolumeTest, SourcesAndNamesAreNotSettable) {
     bool settable = true;
     EXPECT_EQ(hal.isSettable(idOf("studio"), {audio::kName, audio::kScopeGlobal, 0}, settable), AudioHal::kSuccess);

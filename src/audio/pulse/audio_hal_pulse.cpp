@@ -67,40 +67,87 @@ AudioHal::Status PulseAudioHal::getData(std::uint32_t object, const PropertyAddr
 
 AudioHal::Status PulseAudioHal::setData(std::uint32_t object, const PropertyAddress& address, std::uint32_t size,
                                         const void* data) {
+    return setDataBatch({Write{object, address, size, data}}).front();
+}
+
+std::vector<AudioHal::Status> PulseAudioHal::setDataBatch(const std::vector<Write>& writes) {
+    std::vector<Status> statuses(writes.size(), kStatusNotRunning);
+    if (writes.empty()) {
+        return statuses;
+    }
     // Reading the current volumes and writing the new ones share one time limit.
     const auto deadline = connection_->deadlineFromNow();
     PulseSnapshot* snapshot = currentSnapshot(deadline);
     if (snapshot == nullptr) {
-        return kStatusNotRunning;
+        return statuses;
     }
+    // Several writes to one sink (one per channel, say) become one request with their sum.
+    std::vector<SinkChange> changes;
+    for (std::size_t index = 0; index < writes.size(); ++index) {
+        statuses[index] = stage(*snapshot, writes[index], index, changes);
+    }
+    std::vector<pulse::PulseConnection::SinkVolume> requests;
+    requests.reserve(changes.size());
+    for (const SinkChange& change : changes) {
+        requests.push_back({change.sink->index, change.sink->channelVolumes});
+    }
+    const std::vector<bool> confirmed = connection_->setSinkVolumes(requests, deadline);
+    for (std::size_t position = 0; position < changes.size(); ++position) {
+        if (confirmed[position]) {
+            continue;
+        }
+        // The server kept its old values: so do we, for reads later in the scope and for the
+        // balance that a silenced sink gets back.
+        const SinkChange& change = changes[position];
+        change.sink->channelVolumes = change.volumesBefore;
+        if (change.balanceBefore) {
+            balanceBeforeSilence_[change.sink->name] = *change.balanceBefore;
+        } else {
+            balanceBeforeSilence_.erase(change.sink->name);
+        }
+        for (std::size_t index : change.writes) {
+            statuses[index] = kStatusUnspecified;
+        }
+    }
+    return statuses;
+}
+
+AudioHal::Status PulseAudioHal::stage(PulseSnapshot& snapshot, const Write& write, std::size_t index,
+                                      std::vector<SinkChange>& changes) {
     PropertyValue current;
-    const Status status = pulse::readProperty(*snapshot, object, address, current);
+    const Status status = pulse::readProperty(snapshot, write.object, write.address, current);
     if (status != kSuccess) {
         return status;
     }
     if (!current.settable) {
         return kStatusNotSettable;
     }
-    if (size != sizeof(float) || data == nullptr) {
+    if (write.size != sizeof(float) || write.data == nullptr) {
         return kStatusBadSize;
     }
     // Only sink volume elements are settable, so the object is a sink.
-    PulseSink* sink = snapshot->sinkWithId(object);
+    PulseSink* sink = snapshot.sinkWithId(write.object);
     float level = 0.0f;
-    std::memcpy(&level, data, sizeof(level));
+    std::memcpy(&level, write.data, sizeof(level));
     const auto remembered = balanceBeforeSilence_.find(sink->name);
     const std::optional<std::vector<std::uint32_t>> volumes = pulse::volumesAfterWrite(
-        *sink, address.element, level,
+        *sink, write.address.element, level,
         remembered != balanceBeforeSilence_.end() ? remembered->second : std::vector<std::uint32_t>{});
     if (!volumes) {
         return kStatusUnspecified;
     }
-    if (!connection_->setSinkVolume(sink->index, *volumes, deadline)) {
-        return kStatusUnspecified;
+    auto change = std::find_if(changes.begin(), changes.end(), [&](const SinkChange& each) { return each.sink == sink; });
+    if (change == changes.end()) {
+        SinkChange first{sink, sink->channelVolumes, std::nullopt, {}};
+        if (remembered != balanceBeforeSilence_.end()) {
+            first.balanceBefore = remembered->second;
+        }
+        change = changes.insert(changes.end(), std::move(first));
     }
-    rememberBalance(*sink, address.element, *volumes);
-    // The server now holds exactly these values; keeping them lets a read in the same scope
-    // return what was written rather than the reading from before.
+    change->writes.push_back(index);
+    rememberBalance(*sink, write.address.element, *volumes);
+    // Staged as if the server had taken it: the next write to the same sink builds on it, and a
+    // read later in the same scope returns what was written rather than the reading from before.
     sink->channelVolumes = *volumes;
     return kSuccess;
 }

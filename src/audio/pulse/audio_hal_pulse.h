@@ -44,6 +44,7 @@ public:
                    void* data) override;
     Status setData(std::uint32_t object, const PropertyAddress& address, std::uint32_t size,
                    const void* data) override;
+    std::vector<Status> setDataBatch(const std::vector<Write>& writes) override;
     bool hasProperty(std::uint32_t object, const PropertyAddress& address) override;
     Status isSettable(std::uint32_t object, const PropertyAddress& address, bool& settable) override;
 
@@ -52,10 +53,22 @@ public:
     void beginSnapshot() override;
     void endSnapshot() override;
 
-    // Requests that went to the server so far: one per reading of its state, one per write.
+    // Requests that went to the server so far: one per reading of its state, one per batch of
+    // writes.
     std::uint64_t roundTrips() const;
 
 private:
+    // A sink that writes of one batch change: its values before them, its remembered balance
+    // before them, and the writes' positions in the batch.
+    struct SinkChange {
+        pulse::PulseSink* sink = nullptr;
+        std::vector<std::uint32_t> volumesBefore;
+        std::optional<std::vector<std::uint32_t>> balanceBefore;
+        std::vector<std::size_t> writes;
+    };
+    // Checks one write and applies it to the reading; its status, and the sink's change noted.
+    Status stage(pulse::PulseSnapshot& snapshot, const Write& write, std::size_t index, std::vector<SinkChange>& changes);
+
     // The state to answer from: the scope's reading, or a fresh one outside a scope. Null when
     // the server could not be read.
     pulse::PulseSnapshot* currentSnapshot(std::chrono::steady_clock::time_point deadline);

@@ -2,7 +2,11 @@
 
 #include <pulse/context.h>
 #include <pulse/mainloop.h>
+#include <pulse/operation.h>
+#include <pulse/subscribe.h>
 
+#include <algorithm>
+#include <memory>
 #include <utility>
 
 #include "audio/pulse/pulse_requests.h"
@@ -15,6 +19,13 @@ namespace {
 // listening) costs nothing, so it is tried again at the next call: a restarted server is then
 // used by the very next command.
 constexpr std::chrono::milliseconds kReconnectPause{250};
+
+// The server's report of a change; the user data is the flag that marks the source list stale.
+void noteSourceChange(pa_context*, pa_subscription_event_type_t type, std::uint32_t, void* sourcesChanged) {
+    if ((type & PA_SUBSCRIPTION_EVENT_FACILITY_MASK) == PA_SUBSCRIPTION_EVENT_SOURCE) {
+        *static_cast<bool*>(sourcesChanged) = true;
+    }
+}
 
 }  // namespace
 
@@ -35,12 +46,23 @@ std::optional<PulseSnapshot> PulseConnection::fetchSnapshot(Clock::time_point de
     ++roundTrips_;
     std::optional<PulseSnapshot> snapshot;
     bool abandoned = false;
+    const bool withSources = sourcesChanged_ || !sources_;
+    // Cleared before asking: a change reported while the answer is on its way marks the list
+    // for the next reading again.
+    sourcesChanged_ = false;
     {
-        SnapshotRequest request(context_);
+        SnapshotRequest request(context_, withSources);
         abandoned = !request.sent() || !runUntil([&] { return request.finished(); }, deadline);
         if (!abandoned) {
             snapshot = request.result();
         }
+    }
+    if (!snapshot) {
+        sourcesChanged_ = true;
+    } else if (withSources) {
+        sources_ = snapshot->sources;
+    } else {
+        snapshot->sources = *sources_;
     }
     if (abandoned) {
         // A server that missed the deadline may still answer later; a fresh connection keeps
@@ -50,26 +72,34 @@ std::optional<PulseSnapshot> PulseConnection::fetchSnapshot(Clock::time_point de
     return snapshot;
 }
 
-bool PulseConnection::setSinkVolume(std::uint32_t sinkIndex, const std::vector<std::uint32_t>& channelVolumes,
-                                    Clock::time_point deadline) {
-    if (!ensureConnected(deadline)) {
-        return false;
+std::vector<bool> PulseConnection::setSinkVolumes(const std::vector<SinkVolume>& volumes, Clock::time_point deadline) {
+    std::vector<bool> confirmed(volumes.size(), false);
+    if (volumes.empty() || !ensureConnected(deadline)) {
+        return confirmed;
     }
     ++roundTrips_;
     bool abandoned = false;
-    bool succeeded = false;
     {
-        VolumeRequest request(context_, sinkIndex, channelVolumes);
-        if (!request.sent()) {
-            return false;
+        // The requests keep their own address for the server's answers, so they are not moved.
+        std::vector<std::unique_ptr<VolumeRequest>> requests;
+        requests.reserve(volumes.size());
+        for (const SinkVolume& volume : volumes) {
+            requests.push_back(std::make_unique<VolumeRequest>(context_, volume.sinkIndex, volume.channelVolumes));
         }
-        abandoned = !runUntil([&] { return request.finished(); }, deadline);
-        succeeded = !abandoned && request.succeeded();
+        const auto allAnswered = [&] {
+            return std::all_of(requests.begin(), requests.end(), [](const std::unique_ptr<VolumeRequest>& request) {
+                return !request->sent() || request->finished();
+            });
+        };
+        abandoned = !runUntil(allAnswered, deadline);
+        for (std::size_t index = 0; index < requests.size() && !abandoned; ++index) {
+            confirmed[index] = requests[index]->sent() && requests[index]->succeeded();
+        }
     }
     if (abandoned) {
         disconnect();
     }
-    return succeeded;
+    return confirmed;
 }
 
 bool PulseConnection::ensureConnected(Clock::time_point deadline) {
@@ -101,16 +131,26 @@ bool PulseConnection::ensureConnected(Clock::time_point deadline) {
         return false;
     }
     lastFailedAttempt_.reset();
+    // Sent without waiting for its answer: the first reading asks for the sources anyway.
+    pa_context_set_subscribe_callback(context_, &noteSourceChange, &sourcesChanged_);
+    if (pa_operation* subscription = pa_context_subscribe(context_, PA_SUBSCRIPTION_MASK_SOURCE, nullptr, nullptr)) {
+        pa_operation_unref(subscription);
+    }
     return true;
 }
+
+
 
 void PulseConnection::disconnect() {
     if (context_ == nullptr) {
         return;
     }
+    pa_context_set_subscribe_callback(context_, nullptr, nullptr);
     pa_context_disconnect(context_);
     pa_context_unref(context_);
     context_ = nullptr;
+    sources_.reset();
+    sourcesChanged_ = true;
 }
 
 bool PulseConnection::runUntil(const std::function<bool()>& done, Clock::time_point deadline) {

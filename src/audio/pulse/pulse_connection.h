@@ -38,11 +38,22 @@ public:
 
     // The server's state: its defaults, sinks, sources and sink inputs, asked for in one go.
     // Empty when the server cannot be reached or does not answer in time.
+    //
+    // Sinks, sink inputs and the defaults are read afresh every time. The source list, the
+    // longest answer of all (every sink has a monitor source) and one that no volume command
+    // needs, is asked for only when the server has reported a change of sources since it was
+    // last read; otherwise the last list is reused.
     std::optional<PulseSnapshot> fetchSnapshot(Clock::time_point deadline);
 
-    // Sets every channel of a sink; true once the server confirms it.
-    bool setSinkVolume(std::uint32_t sinkIndex, const std::vector<std::uint32_t>& channelVolumes,
-                       Clock::time_point deadline);
+    // Every channel of one sink.
+    struct SinkVolume {
+        std::uint32_t sinkIndex = 0;
+        std::vector<std::uint32_t> channelVolumes;
+    };
+
+    // Sets the sinks' channels, all requests sent together and their answers awaited together;
+    // true at a sink's position once the server confirmed its change.
+    std::vector<bool> setSinkVolumes(const std::vector<SinkVolume>& volumes, Clock::time_point deadline);
 
     // Requests sent and waited for, counting a batch sent together as one.
     std::uint64_t roundTrips() const { return roundTrips_; }
@@ -58,6 +69,10 @@ private:
     pa_mainloop* mainLoop_ = nullptr;
     pa_context* context_ = nullptr;
     std::optional<Clock::time_point> lastFailedAttempt_;
+    // The sources as last read on this connection, and whether the server has reported a change
+    // of them since; both start over with every connection.
+    std::optional<std::vector<PulseSource>> sources_;
+    bool sourcesChanged_ = true;
     std::uint64_t roundTrips_ = 0;
 };
 

@@ -44,13 +44,16 @@ OwnedOperation& OwnedOperation::operator=(OwnedOperation&& other) noexcept {
     return *this;
 }
 
-SnapshotRequest::SnapshotRequest(pa_context* context) {
+SnapshotRequest::SnapshotRequest(pa_context* context, bool withSources) {
     operations_.reserve(4);
     operations_.emplace_back(pa_context_get_server_info(context, &SnapshotRequest::onServerInfo, this));
     operations_.emplace_back(pa_context_get_sink_info_list(context, &SnapshotRequest::onSinkInfo, this));
-    operations_.emplace_back(pa_context_get_source_info_list(context, &SnapshotRequest::onSourceInfo, this));
     operations_.emplace_back(
         pa_context_get_sink_input_info_list(context, &SnapshotRequest::onSinkInputInfo, this));
+    if (withSources) {
+        operations_.emplace_back(pa_context_get_source_info_list(context, &SnapshotRequest::onSourceInfo, this));
+    }
+    pending_ = static_cast<int>(operations_.size());
     sent_ = std::all_of(operations_.begin(), operations_.end(),
                         [](const OwnedOperation& operation) { return operation.valid(); });
 }

@@ -37,7 +37,8 @@ private:
 // answered, so on a timeout it may simply go out of scope.
 class SnapshotRequest {
 public:
-    explicit SnapshotRequest(pa_context* context);
+    // Without sources, the result's source list is empty and left to the caller.
+    SnapshotRequest(pa_context* context, bool withSources);
     SnapshotRequest(const SnapshotRequest&) = delete;
     SnapshotRequest& operator=(const SnapshotRequest&) = delete;
 
@@ -56,7 +57,7 @@ private:
     void listEnded(int endOfList);
 
     PulseSnapshot snapshot_;
-    int pending_ = 4;
+    int pending_ = 0;
     bool failed_ = false;
     bool sent_ = false;
     // Declared last so that the operations are cancelled before the state they write to goes.

@@ -53,7 +53,11 @@ public:
     bool hasProperty(std::uint32_t object, const PropertyAddress& address) override;
     Status isSettable(std::uint32_t object, const PropertyAddress& address, bool& settable) override;
 
-    void beginSnapshot() override { ++snapshotDepth; }
+    void beginSnapshot() override {
+        if (snapshotDepth++ == 0) {
+            ++readings;
+        }
+    }
     void endSnapshot() override { --snapshotDepth; }
 
     // The device list in the order the hardware gives it.
@@ -64,6 +68,8 @@ public:
     std::function<bool(const Call&)> failWhen;
     std::vector<Write> writes;
     int snapshotDepth = 0;
+    // Outermost snapshot scopes opened: each is one reading of a real server's state.
+    int readings = 0;
 
     // Convenience: the device's element volume.
     float volume(std::uint32_t device, std::uint32_t element) const;
