@@ -1,0 +1,149 @@
+// The program's refresh tick (every 2 s while the settings window or the popover is open) on the
+// backends the program itself builds: the sound devices on a private PulseAudio server with six
+// outputs, the current one a combined output of two devices, and the displays on a private Xvfb
+// with two screens, read through the toolkit's own X connection. Besides the time, it reports
+// what each tick asks of the two servers: the requests that waited on the sound server and the
+// requests sent to the X server.
+#include <benchmark/benchmark.h>
+#include <xcb/xcb.h>
+
+#include <QGuiApplication>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+
+#include "app/platform.h"
+#include "audio/pulse/audio_hal_pulse.h"
+#include "audio/volume_control.h"
+#include "services/testing/memory_defaults_store.h"
+#include "services/testing/recording_message_line.h"
+#include "sound_devices.h"
+#include "ui/control_refresh.h"
+#include "ui/refresh_facts.h"
+
+namespace vantle {
+namespace {
+
+// The test devices less three: studio, desk, surround, left_room, right_room and combo, the
+// combined output of the two rooms, which is the default.
+class SixOutputs {
+public:
+    SixOutputs() {
+        bench::PrivateSoundServer::unloadSinks({"nested", "cafe", "mono"});
+        bench::PrivateSoundServer::pactl("set-default-sink combo");
+    }
+
+private:
+    bench::PrivateSoundServer server_;
+};
+
+// The private Xvfb's two monitors side by side (scripts/x-server.sh).
+class TwoScreens {
+public:
+    TwoScreens() : server_(VANTLE_X_SERVER_SCRIPT) {
+        std::ifstream number(server_.folder() + "/display");
+        std::string display;
+        number >> display;
+        ::setenv("DISPLAY", (":" + display).c_str(), 1);
+    }
+
+private:
+    bench::PrivateServer server_;
+};
+
+// A folder of our own for what the toolkit and the platform would keep per user or per session.
+class ScratchHome {
+public:
+    ScratchHome() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "vantle-bench-home-XXXXXX").string();
+        folder_ = ::mkdtemp(pattern.data());
+        ::setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
+        ::setenv("XDG_RUNTIME_DIR", folder_.c_str(), 1);
+    }
+    ~ScratchHome() { std::filesystem::remove_all(folder_); }
+
+private:
+    std::string folder_;
+};
+
+struct Fixture {
+    Fixture() : defaults(store) {
+        static int argc = 1;
+        static char name[] = "refresh_tick_benchmark";
+        static char* argv[] = {name, nullptr};
+        platform = makePlatform(argc, argv, defaults);
+    }
+    ScratchHome home;
+    SixOutputs sound;
+    TwoScreens x;
+    testing::MemoryDefaultsStore store;
+    UserDefaults defaults;
+    std::unique_ptr<Platform> platform;
+};
+
+Fixture& fixture() {
+    static Fixture instance;
+    return instance;
+}
+
+// The X connection the display backends use: the toolkit's own.
+xcb_connection_t* toolkitConnection() {
+    return qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
+}
+
+// The sequence number the X server will give the next request. Each request is numbered as it
+// is sent, so the difference across a tick is the count of requests the tick sent; the no-op
+// used to read it costs the server nothing and is itself left out of the count.
+std::uint32_t nextRequestNumber(xcb_connection_t* connection) {
+    return xcb_no_operation(connection).sequence + 1;
+}
+
+void refreshTick(benchmark::State& state) {
+    Fixture& f = fixture();
+    if (!f.platform->hasWindowSystem()) {
+        state.SkipWithError("the private X server does not answer");
+        return;
+    }
+    PulseAudioHal hal;
+    testing::RecordingMessageLine messages;
+    VolumeControl volume(hal, f.defaults, messages, [] {});
+    Brightness& brightness = f.platform->displays().brightness();
+
+    // The popover's controls, as the program builds them: one slider and label per display.
+    RefreshFacts facts;
+    for (const DisplayEntry& entry : brightness.screens()) {
+        facts.controls.quickDisplays.push_back(entry.id);
+    }
+    facts.controls.quickDisplayLabels = facts.controls.quickDisplays;
+    facts.controls.quickVolume = facts.controls.quickVolumeLabel = facts.controls.quickMute = true;
+    facts.controls.muteButton = true;
+    if (facts.controls.quickDisplays.size() != 2 || volume.devices().size() != 2) {
+        state.SkipWithError("expected two screens and a combined output of two devices");
+        return;
+    }
+
+    xcb_connection_t* connection = toolkitConnection();
+    const std::uint64_t soundBefore = hal.roundTrips();
+    // Counted over the whole loop, so that the counting adds two requests in all, not two a tick.
+    const std::uint32_t xBefore = nextRequestNumber(connection);
+    for (auto _ : state) {
+        RefreshFacts current = facts;
+        gatherHardwareFacts(current, volume, hal, brightness);
+        benchmark::DoNotOptimize(refreshControls(current));
+    }
+    const std::uint32_t xAfter = nextRequestNumber(connection) - 1;
+    xcb_flush(connection);
+
+    state.counters["soundRoundTripsPerTick"] =
+        benchmark::Counter(static_cast<double>(hal.roundTrips() - soundBefore), benchmark::Counter::kAvgIterations);
+    state.counters["xRequestsPerTick"] =
+        benchmark::Counter(static_cast<double>(xAfter - xBefore), benchmark::Counter::kAvgIterations);
+}
+BENCHMARK(refreshTick)->Unit(benchmark::kMicrosecond)->Repetitions(5)->ReportAggregatesOnly(true);
+
+}  // namespace
+}  // namespace vantle
+
+BENCHMARK_MAIN();
