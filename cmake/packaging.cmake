@@ -35,9 +35,10 @@ The program follows the desktop's light or dark appearance, runs in eight
 languages, can start at login and looks for new versions.")
 
 # The libraries the program links come from dpkg-shlibdeps (package dpkg-dev). The xcb platform
-# plugin is loaded by the toolkit at run time, so no linked library shows the need for it.
+# plugin is loaded by the toolkit at run time, and libcurl by the first update check, so no
+# linked library shows the need for them.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins")
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins, libcurl4 (>= 7.85.0)")
 # A sound server speaking the PulseAudio protocol is what gives the program outputs to control;
 # xdg-utils opens the web pages and settings programs the windows link to; libddcutil is opened
 # only when an external monitor needs it.

@@ -52,10 +52,7 @@ App::App(Platform& platform, AudioHal& hal, std::vector<std::string> arguments)
           [this](UpdaterDelegate& delegate) {
               return platform_.makeUpdater(delegate, scheduler_, [this](std::function<void()> work) { queue(std::move(work)); });
           },
-          [this] { volume_.unmuteIfMuted(); }, *this),
-      controls_(std::make_unique<Controls>()) {
-    wireLongLivedControls();
-}
+          [this] { volume_.unmuteIfMuted(); }, *this) {}
 
 App::~App() {
     timer_.stop();
@@ -97,9 +94,13 @@ void App::finishLaunching() {
     defaults_.registerDefaults({{std::string(settings::kLinked), true}});
     // A tray utility: closing its last window does not end it.
     QApplication::setQuitOnLastWindowClosed(false);
+    statusItem_ = std::make_unique<StatusItem>(mainBundle().resourceDirectory() / "tray", [this] { togglePopover(); });
+    // Everything from here on comes after the icon's window, and before the event loop lets the
+    // tray draw it or open its menu. The settings' controls lay out text, which loads the fonts.
     buildMainMenu();
-    statusItem_ = std::make_unique<StatusItem>(mainBundle().resourceDirectory() / "tray", mainMenu_.get(),
-                                               [this] { togglePopover(); });
+    statusItem_->finish(mainMenu_.get());
+    controls_ = std::make_unique<Controls>();
+    wireLongLivedControls();
     popover_ = std::make_unique<Popover>();
     window_ = std::make_unique<SettingsWindow>();
     window_->move(window_->screen()->availableGeometry().center() - window_->rect().center());
@@ -122,8 +123,16 @@ void App::finishLaunching() {
         keyboard_.keyboardFlow.settingsRequested = true;
     }
     followSystemAppearance();
-    rebuild();
+    // The keys are taken before the interface is first built, so that the keyboard status its
+    // first refresh stores is already the settled one. Built first, it would store "off" and then
+    // "on" again: two durable writes of the settings file at every start, for no change. A build
+    // empties the status line, so what taking the keys said there is said again after it.
     keyboard_.startKeys();
+    const std::string keysSaid = controls_->message->text().toStdString();
+    rebuild();
+    if (!keysSaid.empty()) {
+        report(keysSaid);
+    }
 
     const std::vector<Output> devices = volume_.devices();
     const bool unusable = devices.empty() || std::any_of(devices.begin(), devices.end(),
@@ -212,6 +221,11 @@ void App::quit() {
 }
 
 void App::endSession() {
+    if (!controls_) {
+        // The session ended before the interface was made (a copy waiting for the one that
+        // started it, or one that handed over): the levels' restore reports to the status line.
+        controls_ = std::make_unique<Controls>();
+    }
     volume_.unmuteIfMuted();
     endEventLoop();
 }

@@ -1,6 +1,7 @@
 // The Linux desktop as the program's platform: X11 through the toolkit's xcb plugin, a
 // PulseAudio-compatible sound server, the kernel's backlights and DDC/CI monitors, freedesktop
 // settings and autostart, and updates announced by a feed read over HTTPS.
+#include <malloc.h>
 #include <unistd.h>
 
 #include <QApplication>
@@ -28,10 +29,18 @@
 namespace vantle {
 namespace {
 
+// glibc's own starting value, kept fixed from here on.
+constexpr int kMapThreshold = 128 * 1024;
+
 class LinuxPlatform final : public Platform {
 public:
     LinuxPlatform(int& argc, char** argv, UserDefaults& defaults)
         : defaults_(defaults), loginService_(autostartFoldersFromEnvironment(), runningExecutablePath()) {
+        // Large buffers that are made and dropped again (a decoded logo, an image being scaled)
+        // are mapped and unmapped on their own. Left to itself, glibc raises this threshold the
+        // first time such a buffer is freed, and the heap then keeps what the next ones used for
+        // the rest of a program that runs all day.
+        mallopt(M_MMAP_THRESHOLD, kMapThreshold);
         const std::vector<std::string> arguments(argv + 1, argv + argc);
         if (!xServerReachable()) {
             displays_ = makeHeadlessDisplayBackends(defaults, arguments);

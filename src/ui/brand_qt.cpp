@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include "ui/png_image_qt.h"
+
 namespace vantle {
 namespace {
 
@@ -17,8 +19,7 @@ QImage tinted(const QImage& shape, QRgb colour) {
 }
 
 QImage loadLogo(const std::filesystem::path& logoFile) {
-    QImage logo(QString::fromStdString(logoFile.string()));
-    return logo.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    return readPng(logoFile).convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
 QLabel* imageLabel(const QImage& image, QSize size, const QString& accessibleName, QWidget* parent) {

@@ -70,7 +70,7 @@ check_fields() {
   [ "$(field Homepage)" = "https://orlend.example/vantle-control" ] || fail "Homepage is $(field Homepage)"
   [ -n "$(field Description | sed -n 2p)" ] || fail "the description has no long part"
   # The libraries found by dpkg-shlibdeps, each with the version this build needs, and the
-  # platform plugin that no linked library reveals.
+  # platform plugin and libcurl, which no linked library reveals.
   local package
   for package in libc6 'libstdc\+\+6' libqt6core6 libqt6gui6 libqt6widgets6 libpulse0 'libplist[-0-9.]*[0-9]' 'libicu[0-9]+' \
                  libxcb-randr0 'libcurl[0-9]'; do

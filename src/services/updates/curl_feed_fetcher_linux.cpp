@@ -4,6 +4,8 @@
 
 #include <optional>
 
+#include "services/updates/curl_library_linux.h"
+
 namespace vantle {
 namespace {
 
@@ -28,104 +30,107 @@ long milliseconds(std::chrono::milliseconds duration) {
     return static_cast<long>(duration.count());
 }
 
-void configure(CURL* easy, const FetchSettings& settings, const std::string& address, Body& body,
-               char* errorBuffer) {
-    curl_easy_setopt(easy, CURLOPT_URL, address.c_str());
-    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "https");
-    curl_easy_setopt(easy, CURLOPT_REDIR_PROTOCOLS_STR, "https");
-    curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L);
-    curl_easy_setopt(easy, CURLOPT_MAXREDIRS, 5L);
-    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, milliseconds(settings.connectTimeout));
-    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, milliseconds(settings.totalTimeout));
+void configure(const CurlFunctions& curl, CURL* easy, const FetchSettings& settings, const std::string& address,
+               Body& body, char* errorBuffer) {
+    const auto set = curl.easySetopt;
+    set(easy, CURLOPT_URL, address.c_str());
+    set(easy, CURLOPT_PROTOCOLS_STR, "https");
+    set(easy, CURLOPT_REDIR_PROTOCOLS_STR, "https");
+    set(easy, CURLOPT_FOLLOWLOCATION, 1L);
+    set(easy, CURLOPT_MAXREDIRS, 5L);
+    set(easy, CURLOPT_CONNECTTIMEOUT_MS, milliseconds(settings.connectTimeout));
+    set(easy, CURLOPT_TIMEOUT_MS, milliseconds(settings.totalTimeout));
     // Signals would reach whichever thread of the program the kernel picks; the timeouts work
     // without them.
-    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+    set(easy, CURLOPT_NOSIGNAL, 1L);
     // A status of 400 or more is a failure with libcurl's description ("... returned error:
     // 404"), not a page to parse.
-    curl_easy_setopt(easy, CURLOPT_FAILONERROR, 1L);
-    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, errorBuffer);
-    curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(settings.maximumSize));
-    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, collect);
-    curl_easy_setopt(easy, CURLOPT_WRITEDATA, &body);
+    set(easy, CURLOPT_FAILONERROR, 1L);
+    set(easy, CURLOPT_ERRORBUFFER, errorBuffer);
+    set(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(settings.maximumSize));
+    set(easy, CURLOPT_WRITEFUNCTION, collect);
+    set(easy, CURLOPT_WRITEDATA, &body);
     // Any compression libcurl can undo; the size limit applies to the unpacked text.
-    curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, "");
-    curl_easy_setopt(easy, CURLOPT_USERAGENT, settings.userAgent.c_str());
+    set(easy, CURLOPT_ACCEPT_ENCODING, "");
+    set(easy, CURLOPT_USERAGENT, settings.userAgent.c_str());
     if (!settings.certificateAuthorities.empty()) {
-        curl_easy_setopt(easy, CURLOPT_CAINFO, settings.certificateAuthorities.c_str());
+        set(easy, CURLOPT_CAINFO, settings.certificateAuthorities.c_str());
     }
 }
 
-std::string describe(CURLcode code, const Body& body, const char* errorBuffer) {
+std::string describe(const CurlFunctions& curl, CURLcode code, const Body& body, const char* errorBuffer) {
     if (body.tooLarge) {
-        return curl_easy_strerror(CURLE_FILESIZE_EXCEEDED);
+        return curl.easyStrerror(CURLE_FILESIZE_EXCEEDED);
     }
     if (errorBuffer[0] != '\0') {
         return errorBuffer;
     }
-    return curl_easy_strerror(code);
+    return curl.easyStrerror(code);
 }
 
 // Runs one transfer to its end, or until stop is requested. The multi interface lets the wait
 // for the network be woken from another thread, so that calling a fetch off never has to sit
 // out a timeout.
 FetchResult transfer(const FetchSettings& settings, const std::string& address, const std::stop_token& stop) {
-    CURL* easy = curl_easy_init();
-    CURLM* multi = curl_multi_init();
+    // libcurl is loaded by the first check rather than at start; without it the check fails
+    // with the reason, like any other failed transfer.
+    const CurlLoad& loaded = processCurl();
+    if (!loaded.functions) {
+        return {std::nullopt, loaded.error};
+    }
+    const CurlFunctions& curl = *loaded.functions;
+    CURL* easy = curl.easyInit();
+    CURLM* multi = curl.multiInit();
     if (easy == nullptr || multi == nullptr) {
-        curl_easy_cleanup(easy);
-        curl_multi_cleanup(multi);
-        return {std::nullopt, curl_easy_strerror(CURLE_FAILED_INIT)};
+        curl.easyCleanup(easy);
+        curl.multiCleanup(multi);
+        return {std::nullopt, curl.easyStrerror(CURLE_FAILED_INIT)};
     }
     Body body;
     body.limit = settings.maximumSize;
     char errorBuffer[CURL_ERROR_SIZE] = {};
-    configure(easy, settings, address, body, errorBuffer);
-    curl_multi_add_handle(multi, easy);
+    configure(curl, easy, settings, address, body, errorBuffer);
+    curl.multiAddHandle(multi, easy);
 
     std::optional<CURLcode> outcome;
     std::string multiError;
     {
-        std::stop_callback wake(stop, [multi] { curl_multi_wakeup(multi); });
+        std::stop_callback wake(stop, [&curl, multi] { curl.multiWakeup(multi); });
         int running = 1;
         while (running > 0 && !stop.stop_requested()) {
-            CURLMcode status = curl_multi_perform(multi, &running);
+            CURLMcode status = curl.multiPerform(multi, &running);
             if (status == CURLM_OK && running > 0) {
-                status = curl_multi_poll(multi, nullptr, 0, 1000, nullptr);
+                status = curl.multiPoll(multi, nullptr, 0, 1000, nullptr);
             }
             if (status != CURLM_OK) {
-                multiError = curl_multi_strerror(status);
+                multiError = curl.multiStrerror(status);
                 break;
             }
         }
     }
     int queued = 0;
-    while (CURLMsg* message = curl_multi_info_read(multi, &queued)) {
+    while (CURLMsg* message = curl.multiInfoRead(multi, &queued)) {
         if (message->msg == CURLMSG_DONE && message->easy_handle == easy) {
             outcome = message->data.result;
         }
     }
-    curl_multi_remove_handle(multi, easy);
-    curl_multi_cleanup(multi);
-    curl_easy_cleanup(easy);
+    curl.multiRemoveHandle(multi, easy);
+    curl.multiCleanup(multi);
+    curl.easyCleanup(easy);
 
     if (outcome && *outcome == CURLE_OK) {
         return {std::move(body.text), {}};
     }
     if (outcome) {
-        return {std::nullopt, describe(*outcome, body, errorBuffer)};
+        return {std::nullopt, describe(curl, *outcome, body, errorBuffer)};
     }
-    return {std::nullopt, multiError.empty() ? curl_easy_strerror(CURLE_ABORTED_BY_CALLBACK) : multiError};
+    return {std::nullopt, multiError.empty() ? curl.easyStrerror(CURLE_ABORTED_BY_CALLBACK) : multiError};
 }
 
 }  // namespace
 
 CurlFeedFetcher::CurlFeedFetcher(FetchSettings settings, MainThreadPoster post)
-    : settings_(std::move(settings)), post_(std::move(post)) {
-    // libcurl's global set-up must happen before any transfer thread exists; it is kept for the
-    // life of the process.
-    static const CURLcode initialized = curl_global_init(CURL_GLOBAL_DEFAULT);
-    static_cast<void>(initialized);
-}
+    : settings_(std::move(settings)), post_(std::move(post)) {}
 
 CurlFeedFetcher::~CurlFeedFetcher() {
     current_.reset();

@@ -25,7 +25,8 @@ struct FetchSettings {
 
 // Fetches over HTTPS with libcurl, on a worker thread of its own, so that a slow or silent
 // server never holds up the main thread. Only https is spoken, redirects included, and the
-// server's certificate is always verified.
+// server's certificate is always verified. libcurl is loaded by the first fetch, on its thread;
+// where it is missing, every fetch fails with the reason.
 class CurlFeedFetcher final : public FeedFetcher {
 public:
     // post hands results to the main thread.
