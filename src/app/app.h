@@ -135,6 +135,8 @@ private:
     RefreshFacts::Updates updateFacts();
 
     void showPage(int page);
+    // Makes the current settings page's controls and puts them in the window.
+    void buildPage();
     // Closes the popover and brings the settings window to the front.
     void bringSettingsForward();
     void closePopover() override;
@@ -174,6 +176,10 @@ private:
     std::unique_ptr<AppearanceSource> appearance_;
     QTimer timer_;
     int settingsPage_ = 0;
+    // The window's page is made when the window is shown: until then it would only hold the
+    // fonts, layouts and images of a page nobody sees, for a program that may run all day
+    // without its settings being opened once.
+    bool pageWanted_ = false;
 
     // Controls of the current page and popover, replaced by every build; absent when not built.
     struct Controls;

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSlider>
+#include <QVBoxLayout>
 #include <memory>
 
 #include "localization/localization.h"
@@ -25,13 +26,21 @@ struct App::Controls {
         longLived.automaticUpdates = automaticUpdates.get();
         longLived.updateMessage = updateMessage.get();
         longLived.message = message.get();
+        longLived.shelf = shelf.get();
+        // With a layout on the shelf, a control shown there is left for the layout to size, as
+        // on a page; without one, the toolkit sizes it at once, which lays out its text and
+        // loads the fonts for a control nobody sees.
+        new QVBoxLayout(shelf.get());
+        longLived.detachAll();
     }
 
     static std::unique_ptr<QLabel> wrappingLabel(const std::string& text) {
-        std::unique_ptr<QLabel> label(makeLabel(text, 13, false));
+        std::unique_ptr<QLabel> label(makeUnplacedLabel(text, 13, false));
         return label;
     }
 
+    // First, so that it goes last: the controls it holds delete themselves from it before.
+    std::unique_ptr<QWidget> shelf = std::make_unique<QWidget>();
     std::unique_ptr<QCheckBox> automaticUpdates = std::make_unique<QCheckBox>(QString::fromStdString(L("s002")));
     std::unique_ptr<QLabel> updateMessage = wrappingLabel(L("s001"));
     std::unique_ptr<QCheckBox> loginToggle = std::make_unique<QCheckBox>(QString::fromStdString(L("s014")));

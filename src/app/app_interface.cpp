@@ -43,6 +43,14 @@ void App::closePopover() {
 
 void App::bringSettingsForward() {
     closePopover();
+    if (pageWanted_) {
+        // A made page starts with an empty status line; what was said since the page was given
+        // up is still to be read on it.
+        const std::string said = controls_->message->text().toStdString();
+        buildPage();
+        report(said);
+        refresh();
+    }
     window_->show();
     window_->raise();
     window_->activateWindow();
@@ -141,9 +149,22 @@ void App::rebuild() {
     controls.page = BuiltControls();
     controls.muteButton = std::make_unique<QPushButton>(QString::fromStdString(L("s123")));
     connect(controls.muteButton.get(), &QPushButton::clicked, this, [this] { volume_.toggleMute(); });
-    QWidget* content = renderer().render(settingsWindowRows(settingsPage_, pageInputs()), {}, controls.page);
-    window_->setContent(content);
+    if (window_->isVisible()) {
+        buildPage();
+    } else {
+        // A page made for a hidden window is given up too: the next showing makes it afresh. Its
+        // status line is emptied now, as a page made now would have it.
+        window_->setContent(nullptr);
+        pageWanted_ = true;
+        report("");
+    }
     refresh();
+}
+
+void App::buildPage() {
+    QWidget* content = renderer().render(settingsWindowRows(settingsPage_, pageInputs()), {}, controls_->page);
+    window_->setContent(content);
+    pageWanted_ = false;
 }
 
 void App::togglePopover() {

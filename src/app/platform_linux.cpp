@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QGuiApplication>
+#include <QTimer>
 #include <cstdlib>
 #include <optional>
 
@@ -31,6 +32,8 @@ namespace {
 
 // glibc's own starting value, kept fixed from here on.
 constexpr int kMapThreshold = 128 * 1024;
+// Long enough for the start to be over: the icon docked, the first refresh and readings done.
+constexpr std::chrono::seconds kSettledAfter{3};
 
 class LinuxPlatform final : public Platform {
 public:
@@ -53,6 +56,10 @@ public:
         // Ties the windows to the installed menu entry, whose name and icon the desktop then shows.
         QGuiApplication::setDesktopFileName(QStringLiteral("org.orlend.VantleControl"));
         connection_ = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
+        // What the start made and dropped again lies free in the heap, which glibc gives back to
+        // the system only from its top. Handed back once the program has settled, it is not kept
+        // for a run of days.
+        QTimer::singleShot(kSettledAfter, [] { malloc_trim(0); });
         displays_ = makeX11DisplayBackends(connection_, defaults, arguments);
     }
 

@@ -30,10 +30,15 @@ QFont fontOf(double size, bool bold) {
 
 }  // namespace
 
-QLabel* makeLabel(const std::string& text, double size, bool bold) {
+QLabel* makeUnplacedLabel(const std::string& text, double size, bool bold) {
     auto* label = new QLabel(qt(text));
     label->setWordWrap(true);
     label->setFont(fontOf(size, bold));
+    return label;
+}
+
+QLabel* makeLabel(const std::string& text, double size, bool bold) {
+    QLabel* label = makeUnplacedLabel(text, size, bold);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     return label;
 }
@@ -57,7 +62,7 @@ void LongLivedControls::detachAll() {
     for (QWidget* widget : std::initializer_list<QWidget*>{loginToggle, loginStatus, linked, keyboardState, audioWarning,
                                                            softwareToggle, automaticUpdates, updateMessage, message}) {
         if (widget != nullptr) {
-            widget->setParent(nullptr);
+            widget->setParent(shelf);
         }
     }
 }
@@ -212,6 +217,7 @@ QWidget* RowRenderer::make(const Row& row, BuiltControls& built) {
             box->setChecked(*row.checked);
         }
         if (auto* label = qobject_cast<QLabel*>(widget)) {
+            label->setTextInteractionFlags(Qt::TextSelectableByMouse);
             if (row.field == Field::message) {
                 label->clear();
             }

@@ -30,9 +30,12 @@ struct LongLivedControls {
     QCheckBox* automaticUpdates = nullptr;
     QLabel* updateMessage = nullptr;
     QLabel* message = nullptr;
+    // Holds them while no page does. Never shown, so that a control the refresh shows while it
+    // is off every page (a login status that gained a text) does not become a window of its own.
+    QWidget* shelf = nullptr;
 
     QWidget* widgetOf(Field field) const;
-    // Takes them out of a page that is about to be deleted.
+    // Takes them out of a page that is about to be deleted, back onto the shelf.
     void detachAll();
 };
 
@@ -87,7 +90,11 @@ private:
     std::function<void(const ActionEvent&)> act_;
 };
 
-// A wrapping label in the system font of size points, bold or regular.
+// A wrapping label in the system font of size points, bold or regular, whose text can be selected.
 QLabel* makeLabel(const std::string& text, double size, bool bold);
+// The same label with its text not yet selectable: a page that places it makes it so. Selecting
+// needs a text document, and making one lays the text out at once, which loads the fonts; a
+// label made at start that no page shows yet should not cost them.
+QLabel* makeUnplacedLabel(const std::string& text, double size, bool bold);
 
 }  // namespace vantle

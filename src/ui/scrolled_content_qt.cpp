@@ -11,7 +11,9 @@ void replaceScrolledContent(QScrollArea& area, QWidget* content) {
         old->hide();
         old->deleteLater();
     }
-    area.setWidget(content);
+    if (content != nullptr) {
+        area.setWidget(content);
+    }
 }
 
 }  // namespace vantle
