@@ -2,9 +2,10 @@
 # The program beside the tools a Linux user would otherwise run for the same job, side by side in
 # one run on the same private X server, tray host and sound server: Debian's tray volume applet
 # (pasystray) for start time, idle CPU and memory, and xbindkeys running pactl for the time from
-# a volume key to the new volume. Then what one volume key and one refresh tick ask of the sound
-# and X servers, from the benchmarks (which start private servers of their own). Prints a
-# Markdown table and writes it into README.md between its footprint markers.
+# a volume key to the new volume; beside them a bare Qt 6 tray icon, the toolkit's floor for start
+# and memory. Then what one volume key and one refresh tick ask of the sound and X servers, from
+# the benchmarks (which start private servers of their own). Prints a Markdown table and writes
+# it into README.md between its footprint markers.
 #   bash scripts/footprint.sh [idle-seconds] [key-presses]     (defaults 60 and 200)
 #   BUILD=build/h2 bash scripts/footprint.sh 5 30              (another build tree)
 # It configures and builds the tree (default build/release) when a program it runs is missing
@@ -20,17 +21,18 @@ program=$build/bin/vantle-control
 latency_benchmark=$build/bin/key_latency_benchmark
 tick_benchmark=$build/bin/refresh_tick_benchmark
 key_benchmark=$build/bin/volume_key_benchmark
+floor=$build/bin/toolkit-tray-floor
 
 for tool in pasystray xbindkeys pactl xwininfo python3; do
   command -v "$tool" >/dev/null || { echo "footprint: $tool is missing; run scripts/install-dependencies.sh" >&2; exit 1; }
 done
-if [[ ! -x $program || ! -x $latency_benchmark || ! -x $tick_benchmark || ! -x $key_benchmark ]]; then
+if [[ ! -x $program || ! -x $latency_benchmark || ! -x $tick_benchmark || ! -x $key_benchmark || ! -x $floor ]]; then
   echo "building the program and the benchmarks in $build..." >&2
   if [[ ! -f $build/CMakeCache.txt ]]; then
     cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
   fi
   cmake --build "$build" -j"$(nproc)" \
-    --target vantle-control key_latency_benchmark refresh_tick_benchmark volume_key_benchmark >/dev/null
+    --target vantle-control key_latency_benchmark refresh_tick_benchmark volume_key_benchmark toolkit-tray-floor >/dev/null
 fi
 
 # shellcheck disable=SC1091
@@ -114,9 +116,11 @@ figure() {  # medians benchmark field
 echo "measuring ${starts} starts of each..." >&2
 read -r our_start our_start95 < <(start_times vantle-control "$program" --suppress-keyboard-invitation)
 read -r peer_start peer_start95 < <(start_times pasystray /usr/bin/pasystray)
-echo "measuring ${idle} s of idle, twice..." >&2
+read -r floor_start floor_start95 < <(start_times toolkit-tray-floor "$floor")
+echo "measuring ${idle} s of idle, for each of the three..." >&2
 read -r our_cpu our_rss our_pss < <(idle_figures "$program" --suppress-keyboard-invitation)
 read -r peer_cpu peer_rss peer_pss < <(idle_figures /usr/bin/pasystray)
+read -r _ floor_rss floor_pss < <(idle_figures "$floor")
 echo "measuring ${presses} key presses for each..." >&2
 latency=$("$latency_benchmark" "$presses" --on-current-servers)
 # Lines of the form "<what>  median <m> ms   p95 <p> ms   (<n> samples)".
@@ -169,6 +173,9 @@ table=$(
     row "idle CPU" "${our_cpu} %" "pasystray" "${peer_cpu} %" "$(ratio "$our_cpu" "$peer_cpu")"
     row "resident memory (RSS)" "${our_rss} kB" "pasystray" "${peer_rss} kB" "$(ratio "$our_rss" "$peer_rss")"
     row "proportional memory (PSS)" "${our_pss} kB" "pasystray" "${peer_pss} kB" "$(ratio "$our_pss" "$peer_pss")"
+    row "the toolkit's floor: a bare Qt 6 tray icon, start · RSS · PSS" \
+        "-" "toolkit-tray-floor" "${floor_start} ms · ${floor_rss} kB · ${floor_pss} kB" \
+        "$(ratio "$floor_start" "$peer_start") · $(ratio "$floor_rss" "$peer_rss") · $(ratio "$floor_pss" "$peer_pss")"
     row "key to volume, median · p95" "${our_key} · ${our_key95} ms" "xbindkeys + pactl" \
         "${peer_key} · ${peer_key95} ms" "$(ratio "$our_key" "$peer_key")"
     row "key to on-screen display mapped, median · p95" "${our_osd} · ${our_osd95} ms" "-" "-" "-"
