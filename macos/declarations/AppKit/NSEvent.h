@@ -1,0 +1,23 @@
+// Events as objects, as far as our files read a system-defined event.
+#pragma once
+
+#import <Foundation/NSObject.h>
+#include <CoreGraphics/CGEventTypes.h>
+
+typedef NS_ENUM(NSUInteger, NSEventType) {
+    NSEventTypeKeyDown = 10,
+    NSEventTypeKeyUp = 11,
+    NSEventTypeSystemDefined = 14,
+};
+
+// The kind of a system-defined or application-defined event; its values depend on the type.
+typedef NS_ENUM(short, NSEventSubtype){};
+
+@interface NSEvent : NSObject
+// Nil when the event has no object form.
++ (NSEvent*)eventWithCGEvent:(CGEventRef)cgEvent;
+@property(readonly) NSEventType type;
+@property(readonly) NSEventSubtype subtype;
+// The first data word of a system-defined or application-defined event.
+@property(readonly) NSInteger data1;
+@end

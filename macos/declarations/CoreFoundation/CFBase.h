@@ -1,0 +1,30 @@
+// Core Foundation's base types and its reference counting.
+#pragma once
+
+#include <MacTypes.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+typedef long CFIndex;
+typedef unsigned long CFOptionFlags;
+typedef unsigned long CFTypeID;
+typedef unsigned long CFHashCode;
+typedef const void* CFTypeRef;
+typedef const struct __CFAllocator* CFAllocatorRef;
+typedef const struct __CFString* CFStringRef;
+
+typedef struct {
+    CFIndex location;
+    CFIndex length;
+} CFRange;
+
+extern const CFAllocatorRef kCFAllocatorDefault;
+
+CFTypeRef CFRetain(CFTypeRef cf);
+void CFRelease(CFTypeRef cf);
+
+#ifdef __cplusplus
+}
+#endif

@@ -1,0 +1,16 @@
+// The umbrella header: every Core Graphics part that has a declarations file here.
+#pragma once
+
+#include <CoreFoundation/CoreFoundation.h>
+#if __has_include(<CoreGraphics/CGEventTypes.h>)
+#include <CoreGraphics/CGEventTypes.h>
+#endif
+#if __has_include(<CoreGraphics/CGEvent.h>)
+#include <CoreGraphics/CGEvent.h>
+#endif
+#if __has_include(<CoreGraphics/CGDirectDisplay.h>)
+#include <CoreGraphics/CGDirectDisplay.h>
+#endif
+#if __has_include(<CoreGraphics/CGDisplayConfiguration.h>)
+#include <CoreGraphics/CGDisplayConfiguration.h>
+#endif

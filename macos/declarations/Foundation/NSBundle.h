@@ -1,0 +1,12 @@
+// The application's bundle, as far as our files read its identity.
+#pragma once
+
+#import <Foundation/NSObject.h>
+
+@class NSString;
+
+@interface NSBundle : NSObject
+@property(class, readonly, strong) NSBundle* mainBundle;
+// Nil only for a bundle without an identifier; the application's own bundle always has one.
+@property(readonly, copy) NSString* bundleIdentifier;
+@end
