@@ -3,12 +3,12 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstring>
 
 #include <ddcutil_c_api.h>
 
 #include "display/ddc/ddc_bus.h"
 #include "display/ddc/ddc_sysfs_linux.h"
+#include "services/library_function_linux.h"
 
 namespace vantle::ddc {
 namespace {
@@ -25,14 +25,6 @@ struct Functions {
     decltype(&ddca_set_fout) setOut = nullptr;
     decltype(&ddca_set_ferr) setErr = nullptr;
 };
-
-template <typename Function>
-bool lookUp(void* library, const char* name, Function& function) {
-    // dlsym hands back an object pointer; POSIX guarantees that it converts to a function pointer.
-    void* symbol = dlsym(library, name);
-    std::memcpy(&function, &symbol, sizeof function);
-    return symbol != nullptr;
-}
 
 // libddcutil's own messages go to the calling thread's output streams; it has to be told per
 // thread to keep quiet, because the program's standard output belongs to its check modes.
@@ -147,14 +139,14 @@ std::shared_ptr<DdcBus> loadLibddcutilBus() {
         return nullptr;
     }
     Functions functions;
-    const bool complete = lookUp(library, "ddca_get_display_info_list2", functions.listDisplays) &&
-                          lookUp(library, "ddca_free_display_info_list", functions.freeList) &&
-                          lookUp(library, "ddca_open_display2", functions.open) &&
-                          lookUp(library, "ddca_close_display", functions.close) &&
-                          lookUp(library, "ddca_get_non_table_vcp_value", functions.get) &&
-                          lookUp(library, "ddca_set_non_table_vcp_value", functions.set) &&
-                          lookUp(library, "ddca_set_fout", functions.setOut) &&
-                          lookUp(library, "ddca_set_ferr", functions.setErr);
+    const bool complete = lookUpLibraryFunction(library, "ddca_get_display_info_list2", functions.listDisplays) &&
+                          lookUpLibraryFunction(library, "ddca_free_display_info_list", functions.freeList) &&
+                          lookUpLibraryFunction(library, "ddca_open_display2", functions.open) &&
+                          lookUpLibraryFunction(library, "ddca_close_display", functions.close) &&
+                          lookUpLibraryFunction(library, "ddca_get_non_table_vcp_value", functions.get) &&
+                          lookUpLibraryFunction(library, "ddca_set_non_table_vcp_value", functions.set) &&
+                          lookUpLibraryFunction(library, "ddca_set_fout", functions.setOut) &&
+                          lookUpLibraryFunction(library, "ddca_set_ferr", functions.setErr);
     if (!complete) {
         return nullptr;
     }

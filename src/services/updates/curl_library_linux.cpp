@@ -2,7 +2,7 @@
 
 #include <dlfcn.h>
 
-#include <cstring>
+#include "services/library_function_linux.h"
 
 namespace vantle {
 namespace {
@@ -15,10 +15,7 @@ constexpr unsigned int kLeastVersion = 0x075500;
 // Looks up one function; the first name not found is kept in missing.
 template <typename Function>
 void lookUp(void* library, const char* name, Function& function, std::string& missing) {
-    // dlsym hands back an object pointer; POSIX guarantees that it converts to a function pointer.
-    void* symbol = dlsym(library, name);
-    std::memcpy(&function, &symbol, sizeof function);
-    if (symbol == nullptr && missing.empty()) {
+    if (!lookUpLibraryFunction(library, name, function) && missing.empty()) {
         missing = name;
     }
 }
