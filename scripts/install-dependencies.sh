@@ -11,6 +11,8 @@ packages=(
   libicu-dev                     # dates in each language's medium style
   libpulse-dev                   # talks to the sound server (PulseAudio or PipeWire's pulse server)
   pulseaudio pulseaudio-utils    # a private sound server and pactl for the tests
+  pipewire pipewire-pulse wireplumber pipewire-bin  # the other private sound server the tests run against:
+                                 # PipeWire with its pulse server, the default of most Linux desktops
   qt6-base-dev qt6-qpa-plugins libgl-dev  # the user interface (Qt 6 Widgets) and its X11 platform plugin
   libxcb-randr0-dev libxkbcommon-dev  # screens, EDIDs and gamma ramps through RandR
   libxcb-xfixes0-dev             # told at once when a compositor starts or stops, so shades never turn black

@@ -68,7 +68,7 @@ TEST_F(PulseDevicesTest, SourcesThatComeAndGoAreSeenByLaterReadings) {
         return false;
     };
     ASSERT_TRUE(listedWithin("microphone", true));
-    const std::string module = pactl({"load-module", "module-null-source", "source_name=headset"});
+    const std::string module = loadNullSource("headset");
     EXPECT_TRUE(listedWithin("headset", true));
     pactl({"unload-module", module});
     EXPECT_TRUE(listedWithin("headset", false));
@@ -113,6 +113,32 @@ TEST_F(PulseDevicesTest, NestedCombinedSinkListsTheInnerCombinedSinkAndTheOtherM
 
 TEST_F(PulseDevicesTest, PlainSinkHasNoMembers) {
     EXPECT_TRUE(idList(hal, idOf("studio"), audio::kActiveSubDevices).empty());
+}
+
+// A sink with remapped channels plays into its master through a stream of its own, as a combined
+// sink does (on PipeWire even with a link group), yet it is a device with a volume of its own.
+TEST_F(PulseDevicesTest, RemappedSinkIsADeviceOfItsOwnNotACombinedOne) {
+    pactl({"load-module", "module-remap-sink", "sink_name=remapped", "master=studio"});
+    ASSERT_TRUE(deviceWithUid(hal, "remapped"));
+    EXPECT_TRUE(idList(hal, idOf("remapped"), audio::kActiveSubDevices).empty());
+    std::uint32_t size = 99;
+    EXPECT_NE(hal.dataSize(idOf("remapped"), {audio::kActiveSubDevices, audio::kScopeGlobal, 0}, size),
+              AudioHal::kSuccess);
+}
+
+// The first reading has seen the modules loaded so far; a combined sink made after it is
+// combined all the same, once the server has made its streams.
+TEST_F(PulseDevicesTest, CombinedSinkMadeWhileRunningListsItsMembers) {
+    ASSERT_FALSE(deviceIds(hal).empty());
+    pactl({"load-module", "module-combine-sink", "sink_name=late", "slaves=studio,mono"});
+    std::vector<std::uint32_t> expected{idOf("studio"), idOf("mono")};
+    std::sort(expected.begin(), expected.end());
+    std::vector<std::uint32_t> members;
+    for (int attempt = 0; attempt < 100 && members != expected; ++attempt) {
+        members = idList(hal, idOf("late"), audio::kActiveSubDevices);
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    EXPECT_EQ(members, expected);
 }
 
 TEST_F(PulseDevicesTest, SinkKeepsItsIdWhileOtherSinksComeAndGo) {

@@ -4,8 +4,10 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <sstream>
 #include <thread>
 
+#include "audio/pulse/pulse_snapshot.h"
 #include "support/child_process.h"
 
 namespace vantle::testing {
@@ -58,7 +60,46 @@ std::string SoundServerTest::pactl(const std::vector<std::string>& arguments) {
     while (!result.standardOutput.empty() && result.standardOutput.back() == '\n') {
         result.standardOutput.pop_back();
     }
+    // PipeWire's pulse server confirms a new default before its session manager has made it one;
+    // the test goes on once the server reports it.
+    if (arguments.size() == 2 && arguments[0] == "set-default-sink" && onPipeWire()) {
+        for (int attempt = 0; attempt < 200; ++attempt) {
+            if (runChild("/usr/bin/pactl", {"get-default-sink"}, options).standardOutput == arguments[1] + "\n") {
+                break;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(25));
+        }
+    }
     return result.standardOutput;
+}
+
+std::uint32_t SoundServerTest::sinkIdOf(const std::string& sinkName) {
+    // One line a sink: index, name, driver, sample format, state, separated by tabs.
+    std::istringstream lines(pactl({"list", "short", "sinks"}));
+    std::string line;
+    while (std::getline(lines, line)) {
+        const std::size_t nameStart = line.find('\t');
+        const std::size_t nameEnd = line.find('\t', nameStart + 1);
+        if (nameStart != std::string::npos && line.substr(nameStart + 1, nameEnd - nameStart - 1) == sinkName) {
+            return pulse::sinkDeviceId(static_cast<std::uint32_t>(std::stoul(line.substr(0, nameStart))));
+        }
+    }
+    ADD_FAILURE() << "no sink named " << sinkName;
+    return 0;
+}
+
+bool SoundServerTest::onPipeWire() {
+    const char* kind = std::getenv("VANTLE_SOUND_SERVER");
+    return kind != nullptr && std::string(kind) == "pipewire";
+}
+
+std::string SoundServerTest::loadNullSource(const std::string& name) {
+    if (onPipeWire()) {
+        // PipeWire's pulse server has no null source; its null sink becomes one when told so.
+        return pactl({"load-module", "module-null-sink", "sink_name=" + name,
+                      "sink_properties=media.class=Audio/Source/Virtual"});
+    }
+    return pactl({"load-module", "module-null-source", "source_name=" + name});
 }
 
 int SoundServerTest::serverPid() { return std::stoi(readFile(folder() / "pid")); }

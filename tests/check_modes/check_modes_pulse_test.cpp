@@ -1,4 +1,4 @@
-// The check modes run as real processes against a private PulseAudio server, with no X server.
+// The check modes run as real processes against a private sound server, with no X server.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -30,30 +30,35 @@ TEST_F(CheckModesPulseTest, DiagnoseListsEveryOutputAndTheDefault) {
     pactl({"set-sink-volume", "surround", "19661"});
     const ChildResult result = run("--diagnose");
     EXPECT_EQ(result.exitStatus, 0) << result.standardError;
+    const auto line = [](const std::string& sink, const std::string& rest) {
+        return "AUDIO id=" + std::to_string(sinkIdOf(sink)) + " name=" + rest + "\n";
+    };
     EXPECT_EQ(result.standardOutput,
-              "AUDIO id=16 name=Studio Display Speakers volumeElements=[0] levels=[0.5]\n"
-              "AUDIO id=17 name=Desk Speakers volumeElements=[0] levels=[1.0]\n"
-              "AUDIO id=18 name=Mono Speaker volumeElements=[0] levels=[1.0]\n"
-              "AUDIO id=19 name=Surround Speakers volumeElements=[0] levels=[0.30000305]\n"
-              "AUDIO id=20 name=Café \"Büro\" Speakers volumeElements=[0] levels=[1.0]\n"
-              "AUDIO id=21 name=Left Room volumeElements=[0] levels=[1.0]\n"
-              "AUDIO id=22 name=Right Room volumeElements=[0] levels=[1.0]\n"
-              "AUDIO id=23 name=Both Rooms volumeElements=[0] levels=[1.0]\n"
-              "AUDIO id=24 name=Everywhere volumeElements=[0] levels=[1.0]\n"
-              "DEFAULT 16 Studio Display Speakers\n");
+              line("studio", "Studio Display Speakers volumeElements=[0] levels=[0.5]") +
+                  line("desk", "Desk Speakers volumeElements=[0] levels=[1.0]") +
+                  line("mono", "Mono Speaker volumeElements=[0] levels=[1.0]") +
+                  line("surround", "Surround Speakers volumeElements=[0] levels=[0.30000305]") +
+                  line("cafe", "Café \"Büro\" Speakers volumeElements=[0] levels=[1.0]") +
+                  line("left_room", "Left Room volumeElements=[0] levels=[1.0]") +
+                  line("right_room", "Right Room volumeElements=[0] levels=[1.0]") +
+                  line("combo", "Both Rooms volumeElements=[0] levels=[1.0]") +
+                  line("nested", "Everywhere volumeElements=[0] levels=[1.0]") + "DEFAULT " +
+                  std::to_string(sinkIdOf("studio")) + " Studio Display Speakers\n");
 }
 
 TEST_F(CheckModesPulseTest, DefaultLineFollowsTheServersDefault) {
     pactl({"set-default-sink", "nested"});
     const ChildResult result = run("--diagnose");
-    EXPECT_NE(result.standardOutput.find("\nDEFAULT 24 Everywhere\n"), std::string::npos) << result.standardOutput;
+    EXPECT_NE(result.standardOutput.find("\nDEFAULT " + std::to_string(sinkIdOf("nested")) + " Everywhere\n"),
+              std::string::npos)
+        << result.standardOutput;
 }
 
 TEST_F(CheckModesPulseTest, VerifyControlsWritesTheStudioSpeakersBackUnchanged) {
     pactl({"set-sink-volume", "studio", "21000", "30000"});
     const ChildResult result = run("--verify-controls");
     EXPECT_EQ(result.exitStatus, 0) << result.standardError;
-    EXPECT_EQ(result.standardOutput, "VOLUME write/read unchanged 16: true\n");
+    EXPECT_EQ(result.standardOutput, "VOLUME write/read unchanged " + std::to_string(sinkIdOf("studio")) + ": true\n");
     EXPECT_NE(pactl({"get-sink-volume", "studio"}).find("30000"), std::string::npos);
 }
 
@@ -82,7 +87,7 @@ TEST_F(CheckModesPulseTest, DeadServerInTheMiddleOfARunIsNotFatal) {
     EXPECT_EQ(result.exitStatus, 0);
     EXPECT_EQ(result.standardOutput, "");
     startServer();
-    EXPECT_NE(run("--diagnose").standardOutput.find("DEFAULT 16"), std::string::npos);
+    EXPECT_NE(run("--diagnose").standardOutput.find("DEFAULT " + std::to_string(sinkIdOf("studio"))), std::string::npos);
 }
 
 }  // namespace

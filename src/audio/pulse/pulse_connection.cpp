@@ -14,16 +14,35 @@
 namespace vantle::pulse {
 namespace {
 
+// A list read afresh is kept for the readings after it; a list not read is the one kept.
+template <typename List>
+void keepOrReuse(bool readNow, std::optional<List>& kept, List& inSnapshot) {
+    if (readNow) {
+        kept = inSnapshot;
+    } else {
+        inSnapshot = *kept;
+    }
+}
+
 // After a connection attempt that ran out of time, requests fail at once for this long rather
 // than wait on a stuck server again at every call. An attempt refused at once (no server is
 // listening) costs nothing, so it is tried again at the next call: a restarted server is then
 // used by the very next command.
 constexpr std::chrono::milliseconds kReconnectPause{250};
 
-// The server's report of a change; the user data is the flag that marks the source list stale.
-void noteSourceChange(pa_context*, pa_subscription_event_type_t type, std::uint32_t, void* sourcesChanged) {
-    if ((type & PA_SUBSCRIPTION_EVENT_FACILITY_MASK) == PA_SUBSCRIPTION_EVENT_SOURCE) {
-        *static_cast<bool*>(sourcesChanged) = true;
+// The server's report of a change: a source or a module came, went or changed, and that list is
+// read again by the next reading.
+void noteChange(pa_context*, pa_subscription_event_type_t type, std::uint32_t, void* connection) {
+    auto* stale = static_cast<PulseConnection::StaleLists*>(connection);
+    switch (type & PA_SUBSCRIPTION_EVENT_FACILITY_MASK) {
+        case PA_SUBSCRIPTION_EVENT_SOURCE:
+            stale->sources = true;
+            break;
+        case PA_SUBSCRIPTION_EVENT_MODULE:
+            stale->modules = true;
+            break;
+        default:
+            break;
     }
 }
 
@@ -46,23 +65,23 @@ std::optional<PulseSnapshot> PulseConnection::fetchSnapshot(Clock::time_point de
     ++roundTrips_;
     std::optional<PulseSnapshot> snapshot;
     bool abandoned = false;
-    const bool withSources = sourcesChanged_ || !sources_;
+    const bool withSources = stale_.sources || !sources_;
+    const bool withModules = stale_.modules || !combiningModules_;
     // Cleared before asking: a change reported while the answer is on its way marks the list
     // for the next reading again.
-    sourcesChanged_ = false;
+    stale_ = StaleLists{false, false};
     {
-        SnapshotRequest request(context_, withSources);
+        SnapshotRequest request(context_, withSources, withModules);
         abandoned = !request.sent() || !runUntil([&] { return request.finished(); }, deadline);
         if (!abandoned) {
             snapshot = request.result();
         }
     }
     if (!snapshot) {
-        sourcesChanged_ = true;
-    } else if (withSources) {
-        sources_ = snapshot->sources;
+        stale_ = StaleLists{true, true};
     } else {
-        snapshot->sources = *sources_;
+        keepOrReuse(withSources, sources_, snapshot->sources);
+        keepOrReuse(withModules, combiningModules_, snapshot->combiningModules);
     }
     if (abandoned) {
         // A server that missed the deadline may still answer later; a fresh connection keeps
@@ -131,9 +150,10 @@ bool PulseConnection::ensureConnected(Clock::time_point deadline) {
         return false;
     }
     lastFailedAttempt_.reset();
-    // Sent without waiting for its answer: the first reading asks for the sources anyway.
-    pa_context_set_subscribe_callback(context_, &noteSourceChange, &sourcesChanged_);
-    if (pa_operation* subscription = pa_context_subscribe(context_, PA_SUBSCRIPTION_MASK_SOURCE, nullptr, nullptr)) {
+    // Sent without waiting for its answer: the first reading asks for both lists anyway.
+    pa_context_set_subscribe_callback(context_, &noteChange, &stale_);
+    const auto watched = static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SOURCE | PA_SUBSCRIPTION_MASK_MODULE);
+    if (pa_operation* subscription = pa_context_subscribe(context_, watched, nullptr, nullptr)) {
         pa_operation_unref(subscription);
     }
     return true;
@@ -150,7 +170,8 @@ void PulseConnection::disconnect() {
     pa_context_unref(context_);
     context_ = nullptr;
     sources_.reset();
-    sourcesChanged_ = true;
+    combiningModules_.reset();
+    stale_ = StaleLists{true, true};
 }
 
 bool PulseConnection::runUntil(const std::function<bool()>& done, Clock::time_point deadline) {

@@ -42,7 +42,8 @@ public:
     // Sinks, sink inputs and the defaults are read afresh every time. The source list, the
     // longest answer of all (every sink has a monitor source) and one that no volume command
     // needs, is asked for only when the server has reported a change of sources since it was
-    // last read; otherwise the last list is reused.
+    // last read; otherwise the last list is reused. So is the module list, which only tells
+    // which modules combine sinks and changes when a module is loaded or unloaded.
     std::optional<PulseSnapshot> fetchSnapshot(Clock::time_point deadline);
 
     // Every channel of one sink.
@@ -58,6 +59,12 @@ public:
     // Requests sent and waited for, counting a batch sent together as one.
     std::uint64_t roundTrips() const { return roundTrips_; }
 
+    // The lists the server has reported a change of since they were last read.
+    struct StaleLists {
+        bool sources = true;
+        bool modules = true;
+    };
+
 private:
     bool ensureConnected(Clock::time_point deadline);
     void disconnect();
@@ -69,10 +76,11 @@ private:
     pa_mainloop* mainLoop_ = nullptr;
     pa_context* context_ = nullptr;
     std::optional<Clock::time_point> lastFailedAttempt_;
-    // The sources as last read on this connection, and whether the server has reported a change
-    // of them since; both start over with every connection.
+    // The sources and the combining modules as last read on this connection, and whether the
+    // server has reported a change of them since; all start over with every connection.
     std::optional<std::vector<PulseSource>> sources_;
-    bool sourcesChanged_ = true;
+    std::optional<std::vector<std::uint32_t>> combiningModules_;
+    StaleLists stale_;
     std::uint64_t roundTrips_ = 0;
 };
 

@@ -100,7 +100,7 @@ AudioHal::Status readSink(const PulseSnapshot& snapshot, const PulseSink& sink, 
         value = textValue(sink.name);
         return AudioHal::kSuccess;
     }
-    if (address.selector == audio::kActiveSubDevices && isCombinedSink(sink)) {
+    if (address.selector == audio::kActiveSubDevices && snapshot.isCombined(sink)) {
         value = listValue(snapshot.memberIds(sink));
         return AudioHal::kSuccess;
     }

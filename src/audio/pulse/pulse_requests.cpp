@@ -2,6 +2,7 @@
 
 #include <pulse/introspect.h>
 #include <pulse/operation.h>
+#include <pulse/proplist.h>
 #include <pulse/volume.h>
 
 #include <algorithm>
@@ -16,6 +17,10 @@ std::string text(const char* value) { return value != nullptr ? std::string(valu
 
 std::optional<std::uint32_t> validIndex(std::uint32_t index) {
     return index == PA_INVALID_INDEX ? std::nullopt : std::optional<std::uint32_t>(index);
+}
+
+std::string linkGroup(const pa_proplist* properties) {
+    return properties != nullptr ? text(pa_proplist_gets(properties, "node.link-group")) : std::string();
 }
 
 template <typename Item>
@@ -44,14 +49,17 @@ OwnedOperation& OwnedOperation::operator=(OwnedOperation&& other) noexcept {
     return *this;
 }
 
-SnapshotRequest::SnapshotRequest(pa_context* context, bool withSources) {
-    operations_.reserve(4);
+SnapshotRequest::SnapshotRequest(pa_context* context, bool withSources, bool withModules) {
+    operations_.reserve(5);
     operations_.emplace_back(pa_context_get_server_info(context, &SnapshotRequest::onServerInfo, this));
     operations_.emplace_back(pa_context_get_sink_info_list(context, &SnapshotRequest::onSinkInfo, this));
     operations_.emplace_back(
         pa_context_get_sink_input_info_list(context, &SnapshotRequest::onSinkInputInfo, this));
     if (withSources) {
         operations_.emplace_back(pa_context_get_source_info_list(context, &SnapshotRequest::onSourceInfo, this));
+    }
+    if (withModules) {
+        operations_.emplace_back(pa_context_get_module_info_list(context, &SnapshotRequest::onModuleInfo, this));
     }
     pending_ = static_cast<int>(operations_.size());
     sent_ = std::all_of(operations_.begin(), operations_.end(),
@@ -90,6 +98,7 @@ void SnapshotRequest::onSinkInfo(pa_context*, const pa_sink_info* info, int endO
     sink.description = text(info->description);
     sink.driver = text(info->driver);
     sink.ownerModule = validIndex(info->owner_module);
+    sink.linkGroup = linkGroup(info->proplist);
     sink.channelVolumes.assign(info->volume.values, info->volume.values + info->volume.channels);
     self->snapshot_.sinks.push_back(std::move(sink));
 }
@@ -114,7 +123,19 @@ void SnapshotRequest::onSinkInputInfo(pa_context*, const pa_sink_input_info* inf
         self->listEnded(endOfList);
         return;
     }
-    self->snapshot_.sinkInputs.push_back(PulseSinkInput{validIndex(info->owner_module), info->sink});
+    self->snapshot_.sinkInputs.push_back(
+        PulseSinkInput{validIndex(info->owner_module), info->sink, linkGroup(info->proplist)});
+}
+
+void SnapshotRequest::onModuleInfo(pa_context*, const pa_module_info* info, int endOfList, void* userdata) {
+    auto* self = static_cast<SnapshotRequest*>(userdata);
+    if (endOfList != 0 || info == nullptr) {
+        self->listEnded(endOfList);
+        return;
+    }
+    if (text(info->name) == "module-combine-sink") {
+        self->snapshot_.combiningModules.push_back(info->index);
+    }
 }
 
 void SnapshotRequest::listEnded(int endOfList) {

@@ -12,6 +12,7 @@ struct pa_server_info;
 struct pa_sink_info;
 struct pa_source_info;
 struct pa_sink_input_info;
+struct pa_module_info;
 
 namespace vantle::pulse {
 
@@ -32,13 +33,14 @@ private:
     pa_operation* operation_;
 };
 
-// Asks for the server information and the sink, source and sink-input lists all at once, so that
-// the answers come back in one round trip. Destroying the request cancels whatever has not been
-// answered, so on a timeout it may simply go out of scope.
+// Asks for the server information and the sink, source, sink-input and module lists all at once,
+// so that the answers come back in one round trip. Destroying the request cancels whatever has not
+// been answered, so on a timeout it may simply go out of scope.
 class SnapshotRequest {
 public:
-    // Without sources, the result's source list is empty and left to the caller.
-    SnapshotRequest(pa_context* context, bool withSources);
+    // Without sources, the result's source list is empty and left to the caller; without modules,
+    // so is its list of combining modules.
+    SnapshotRequest(pa_context* context, bool withSources, bool withModules);
     SnapshotRequest(const SnapshotRequest&) = delete;
     SnapshotRequest& operator=(const SnapshotRequest&) = delete;
 
@@ -53,6 +55,7 @@ private:
     static void onSourceInfo(pa_context* context, const pa_source_info* info, int endOfList, void* userdata);
     static void onSinkInputInfo(pa_context* context, const pa_sink_input_info* info, int endOfList,
                                 void* userdata);
+    static void onModuleInfo(pa_context* context, const pa_module_info* info, int endOfList, void* userdata);
     // Counts one list as answered when its end arrives; a negative end means the server refused.
     void listEnded(int endOfList);
 

@@ -50,16 +50,32 @@ std::vector<std::uint32_t> PulseSnapshot::deviceIds() const {
     return ids;
 }
 
+bool PulseSnapshot::isCombined(const PulseSink& sink) const {
+    // PulseAudio names the module in the driver; PipeWire's pulse server names itself there, so
+    // the owning module's name is looked up instead.
+    if (sink.driver.find("module-combine-sink") != std::string::npos) {
+        return true;
+    }
+    if (sink.ownerModule && std::find(combiningModules.begin(), combiningModules.end(), *sink.ownerModule) !=
+                                combiningModules.end()) {
+        return true;
+    }
+    return sink.linkGroup.rfind(kCombiningLinkGroupPrefix, 0) == 0;
+}
+
 std::vector<std::uint32_t> PulseSnapshot::memberIds(const PulseSink& combined) const {
     // A combined sink has no list of members of its own to ask for; what it plays through right
-    // now are the sinks its module's streams play into. A member that went away has no stream.
+    // now are the sinks that its streams play into: the streams of its module on either server,
+    // and on PipeWire the streams that share its link group, which a combined sink made from
+    // PipeWire's configuration has instead of a module. A member that went away has no stream.
+    const auto feedsCombined = [&](const PulseSinkInput& input) {
+        return (combined.ownerModule && input.ownerModule == combined.ownerModule) ||
+               (!combined.linkGroup.empty() && input.linkGroup == combined.linkGroup);
+    };
     std::vector<std::uint32_t> indices;
-    if (combined.ownerModule) {
-        for (const PulseSinkInput& input : sinkInputs) {
-            if (input.ownerModule == combined.ownerModule && input.sink != combined.index &&
-                sinkWithIndex(input.sink) != nullptr) {
-                indices.push_back(input.sink);
-            }
+    for (const PulseSinkInput& input : sinkInputs) {
+        if (feedsCombined(input) && input.sink != combined.index && sinkWithIndex(input.sink) != nullptr) {
+            indices.push_back(input.sink);
         }
     }
     std::sort(indices.begin(), indices.end());
@@ -70,10 +86,6 @@ std::vector<std::uint32_t> PulseSnapshot::memberIds(const PulseSink& combined) c
         ids.push_back(sinkDeviceId(index));
     }
     return ids;
-}
-
-bool isCombinedSink(const PulseSink& sink) {
-    return sink.driver.find("module-combine-sink") != std::string::npos;
 }
 
 }  // namespace vantle::pulse

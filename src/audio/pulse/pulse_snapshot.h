@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vantle::pulse {
@@ -12,11 +13,15 @@ struct PulseSink {
     std::uint32_t index = 0;
     std::string name;
     std::string description;
-    // The file name of the module that made the sink, e.g. "module-combine-sink.c".
+    // The file name of the module that made the sink, e.g. "module-combine-sink.c" on PulseAudio;
+    // PipeWire's pulse server says "PipeWire" for every sink.
     std::string driver;
     std::optional<std::uint32_t> ownerModule;
     // Raw per-channel volumes, 65536 being 100 %.
     std::vector<std::uint32_t> channelVolumes;
+    // PipeWire's node.link-group: the sink and the streams that carry its sound on to other
+    // sinks share it. Empty on PulseAudio.
+    std::string linkGroup;
 };
 
 // A real source; monitor sources of sinks are left out when the snapshot is taken.
@@ -30,6 +35,7 @@ struct PulseSource {
 struct PulseSinkInput {
     std::optional<std::uint32_t> ownerModule;
     std::uint32_t sink = 0;
+    std::string linkGroup;
 };
 
 // One reading of the sound server's state, lists ordered by index.
@@ -38,6 +44,8 @@ struct PulseSnapshot {
     std::vector<PulseSink> sinks;
     std::vector<PulseSource> sources;
     std::vector<PulseSinkInput> sinkInputs;
+    // The loaded modules named module-combine-sink, by index.
+    std::vector<std::uint32_t> combiningModules;
 
     const PulseSink* sinkWithId(std::uint32_t deviceId) const;
     PulseSink* sinkWithId(std::uint32_t deviceId);
@@ -47,6 +55,9 @@ struct PulseSnapshot {
 
     // Every device id: sinks by index, then sources by index.
     std::vector<std::uint32_t> deviceIds() const;
+    // Whether the sink plays through other sinks: one made by module-combine-sink, on either
+    // server, or one that PipeWire's own combining module made from its configuration.
+    bool isCombined(const PulseSink& sink) const;
     // The devices a combined sink plays into right now, ordered by sink index.
     std::vector<std::uint32_t> memberIds(const PulseSink& combined) const;
 };
@@ -61,7 +72,9 @@ inline constexpr std::uint32_t kSourceIdBase = 0x8000'0000u;
 constexpr std::uint32_t sinkDeviceId(std::uint32_t index) { return kSinkIdBase + index; }
 constexpr std::uint32_t sourceDeviceId(std::uint32_t index) { return kSourceIdBase + index; }
 
-// Whether the sink was made by module-combine-sink, the only kind that plays through others.
-bool isCombinedSink(const PulseSink& sink);
+// PipeWire's combining module names the link group of each sink it makes "combine-sink-…".
+// Other sinks of PipeWire that feed a sink through a stream of their own (remapped channels,
+// filters, loopbacks) have link groups too, and stay devices of their own.
+inline constexpr std::string_view kCombiningLinkGroupPrefix = "combine-sink-";
 
 }  // namespace vantle::pulse
