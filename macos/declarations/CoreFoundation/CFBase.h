@@ -20,10 +20,15 @@ typedef struct {
     CFIndex length;
 } CFRange;
 
+// Any of the property-list types: string, number, Boolean, date, data, array, dictionary.
+typedef CFTypeRef CFPropertyListRef;
+
 extern const CFAllocatorRef kCFAllocatorDefault;
 
 CFTypeRef CFRetain(CFTypeRef cf);
 void CFRelease(CFTypeRef cf);
+// Compare with the type function of each kind, such as CFStringGetTypeID().
+CFTypeID CFGetTypeID(CFTypeRef cf);
 
 #ifdef __cplusplus
 }

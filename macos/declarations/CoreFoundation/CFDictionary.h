@@ -1,4 +1,5 @@
-// Immutable dictionaries, as far as our files build one to pass options.
+// Dictionaries, as far as our files build one and read one. Stands for
+// <CoreFoundation/CFDictionary.h>.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
@@ -8,6 +9,7 @@ extern "C" {
 #endif
 
 typedef const struct __CFDictionary* CFDictionaryRef;
+typedef struct __CFDictionary* CFMutableDictionaryRef;
 
 typedef const void* (*CFDictionaryRetainCallBack)(CFAllocatorRef allocator, const void* value);
 typedef void (*CFDictionaryReleaseCallBack)(CFAllocatorRef allocator, const void* value);
@@ -42,6 +44,17 @@ extern const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks;
 CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void** keys, const void** values,
                                    CFIndex numValues, const CFDictionaryKeyCallBacks* keyCallBacks,
                                    const CFDictionaryValueCallBacks* valueCallBacks);
+
+CFTypeID CFDictionaryGetTypeID(void);
+CFIndex CFDictionaryGetCount(CFDictionaryRef theDict);
+// Fills the two arrays, each of CFDictionaryGetCount() entries, in matching order.
+void CFDictionaryGetKeysAndValues(CFDictionaryRef theDict, const void** keys, const void** values);
+// A new, empty dictionary holding at most capacity pairs, or any number for 0; the caller
+// releases it.
+CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef allocator, CFIndex capacity,
+                                                 const CFDictionaryKeyCallBacks* keyCallBacks,
+                                                 const CFDictionaryValueCallBacks* valueCallBacks);
+void CFDictionarySetValue(CFMutableDictionaryRef theDict, const void* key, const void* value);
 
 #ifdef __cplusplus
 }

@@ -1,4 +1,5 @@
-// Core Foundation strings: their length and their conversion to UTF-8 bytes.
+// Core Foundation strings: made from and turned into UTF-8 bytes. Stands for
+// <CoreFoundation/CFString.h>.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
@@ -13,6 +14,10 @@ enum : CFStringEncoding {
     kCFStringEncodingUTF8 = 0x08000100,
 };
 
+CFTypeID CFStringGetTypeID(void);
+// A new string; the caller releases it. NULL when the bytes are not valid in the encoding.
+CFStringRef CFStringCreateWithBytes(CFAllocatorRef alloc, const UInt8* bytes, CFIndex numBytes,
+                                    CFStringEncoding encoding, Boolean isExternalRepresentation);
 CFIndex CFStringGetLength(CFStringRef theString);
 CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding);
 Boolean CFStringGetCString(CFStringRef theString, char* buffer, CFIndex bufferSize, CFStringEncoding encoding);

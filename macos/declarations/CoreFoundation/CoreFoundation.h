@@ -11,6 +11,12 @@
 #if __has_include(<CoreFoundation/CFDictionary.h>)
 #include <CoreFoundation/CFDictionary.h>
 #endif
+#if __has_include(<CoreFoundation/CFData.h>)
+#include <CoreFoundation/CFData.h>
+#endif
+#if __has_include(<CoreFoundation/CFDate.h>)
+#include <CoreFoundation/CFDate.h>
+#endif
 #if __has_include(<CoreFoundation/CFNumber.h>)
 #include <CoreFoundation/CFNumber.h>
 #endif

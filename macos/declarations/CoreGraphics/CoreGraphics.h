@@ -2,6 +2,15 @@
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
+#if __has_include(<CoreGraphics/CGBase.h>)
+#include <CoreGraphics/CGBase.h>
+#endif
+#if __has_include(<CoreGraphics/CGGeometry.h>)
+#include <CoreGraphics/CGGeometry.h>
+#endif
+#if __has_include(<CoreGraphics/CGError.h>)
+#include <CoreGraphics/CGError.h>
+#endif
 #if __has_include(<CoreGraphics/CGEventTypes.h>)
 #include <CoreGraphics/CGEventTypes.h>
 #endif

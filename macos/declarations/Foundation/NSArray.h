@@ -1,8 +1,13 @@
-// Ordered collections, as far as our files count them.
+// Ordered collections, as far as our files count, index and walk them. Stands for
+// <Foundation/NSArray.h>.
 #pragma once
 
+#import <Foundation/NSEnumerator.h>
 #import <Foundation/NSObject.h>
 
-@interface NSArray<ObjectType> : NSObject
+@interface NSArray<ObjectType> : NSObject <NSFastEnumeration>
 @property(readonly) NSUInteger count;
+// Nil for an empty array.
+@property(readonly) ObjectType firstObject;
+- (ObjectType)objectAtIndex:(NSUInteger)index;
 @end

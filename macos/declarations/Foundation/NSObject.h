@@ -7,6 +7,7 @@
 - (BOOL)isEqual:(id)object;
 - (Class)class;
 - (BOOL)respondsToSelector:(SEL)aSelector;
+- (BOOL)isKindOfClass:(Class)aClass;
 @end
 
 __attribute__((objc_root_class))

@@ -1,0 +1,10 @@
+// Errors as objects, as far as our files show one. Stands for <Foundation/NSError.h>.
+#pragma once
+
+#import <Foundation/NSObject.h>
+#import <Foundation/NSString.h>
+
+@interface NSError : NSObject
+// A sentence for the user, in the user's language.
+@property(readonly, copy) NSString* localizedDescription;
+@end
