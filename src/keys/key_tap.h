@@ -19,6 +19,9 @@ public:
     // Gives the keys back. Does nothing when they are not taken.
     virtual void stop() = 0;
     virtual bool running() const = 0;
+    // Whether the keys are taken, counting a tap that the system switched off for a while
+    // (running() is false then, and start() only switches it back on).
+    virtual bool installed() const { return running(); }
 };
 
 }  // namespace vantle

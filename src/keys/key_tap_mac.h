@@ -27,6 +27,7 @@ public:
     void stop() override;
     // The tap exists and the system has not switched it off.
     bool running() const override;
+    bool installed() const override { return tap_ != nullptr; }
 
 private:
     friend struct MacKeyTapCallback;

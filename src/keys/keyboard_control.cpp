@@ -33,6 +33,9 @@ void KeyboardControl::startKeys() {
     if (keyboardAttemptFailed) {
         return;
     }
+    // A tap the system switched off is only switched back on: the keys were never given up, so
+    // there is nothing new to say.
+    const bool reenabling = tap_.installed();
     // The callback runs inside the window system's event dispatch: it only decides and queues,
     // so that no device or display is touched while the keyboard waits for us.
     const bool started = tap_.start([this](const MediaKeyEvent& event) {
@@ -46,7 +49,9 @@ void KeyboardControl::startKeys() {
         postStatus(L("s111"));
         return;
     }
-    postStatus(L("s130"));
+    if (!reenabling) {
+        postStatus(L("s130"));
+    }
 }
 
 void KeyboardControl::stopKeys() {

@@ -30,6 +30,30 @@ TEST_F(KeyboardControlTest, StartIsIdempotentWhileTheKeysAreTaken) {
     EXPECT_EQ(host.reports.size(), 1u);
 }
 
+TEST_F(KeyboardControlTest, ATapTheSystemSwitchedOffIsSwitchedOnByTheNextTickWithoutSayingSoAgain) {
+    keys.startKeys();
+    host.reports.clear();
+    tap.switchedOff = true;
+    EXPECT_FALSE(keys.keyboardEnabled());
+    keys.startKeys();
+    EXPECT_TRUE(keys.keyboardEnabled());
+    EXPECT_EQ(tap.starts, 2);
+    EXPECT_TRUE(host.reports.empty()) << host.reports.front();
+}
+
+TEST_F(KeyboardControlTest, ATapThatStaysSwitchedOffIsGivenUpAndTheKeysAreBlocked) {
+    keys.startKeys();
+    tap.switchedOff = true;
+    tap.staysOff = true;
+    keys.startKeys();
+    EXPECT_FALSE(tap.installed());
+    EXPECT_TRUE(keys.keyboardAttemptFailed);
+    EXPECT_EQ(reported(), L("s111"));
+    // Blocked: the next ticks leave it alone until the trust answer changes or the user asks.
+    keys.startKeys();
+    EXPECT_EQ(tap.starts, 2);
+}
+
 TEST_F(KeyboardControlTest, KeyPressIsQueuedNotHandledInsideTheCallback) {
     keys.startKeys();
     tap.press({kSoundUp, true, false, false});
