@@ -43,10 +43,6 @@ export XDG_STATE_HOME="$dir/home/.local/state"
 export PIPEWIRE_RUNTIME_DIR="$XDG_RUNTIME_DIR"
 unset DISPLAY DBUS_SESSION_BUS_ADDRESS PIPEWIRE_REMOTE
 
-server_pid() {
-  [ -s "$dir/pid" ] && cat "$dir/pid"
-}
-
 # A process that has exited but was not reaped yet (its parent is gone and the container's first
 # process may not reap) counts as stopped.
 alive() {
