@@ -53,10 +53,16 @@ TEST_F(PulseConnectionTest, ServerRestartIsFollowedWithoutANewBackend) {
 
     startServer();
     ASSERT_TRUE(devicesReappear(hal, std::chrono::seconds(5)));
-    // The restarted server loaded the same devices in the same order, so the ids are the same.
-    EXPECT_EQ(deviceWithUid(hal, "studio"), studio);
-    EXPECT_TRUE(setVolume(hal, studio.value_or(0), 0, 0.5f));
-    EXPECT_NEAR(volume(hal, studio.value_or(0), 0).value_or(-1.0f), 0.5f, 0.005f);
+    const std::optional<std::uint32_t> restarted = deviceWithUid(hal, "studio");
+    EXPECT_EQ(restarted, sinkIdOf("studio"));
+    if (!onPipeWire()) {
+        // PulseAudio numbers sinks in the order they are loaded, and the restarted server loaded
+        // the same devices in the same order, so the ids are the same. PipeWire numbers them
+        // among all the objects its processes make at the same time, in no fixed order.
+        EXPECT_EQ(restarted, studio);
+    }
+    EXPECT_TRUE(setVolume(hal, restarted.value_or(0), 0, 0.5f));
+    EXPECT_NEAR(volume(hal, restarted.value_or(0), 0).value_or(-1.0f), 0.5f, 0.005f);
 }
 
 TEST_F(PulseConnectionTest, StuckServerMakesCallsFailWithinTheTimeLimit) {
