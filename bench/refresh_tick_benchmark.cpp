@@ -3,8 +3,10 @@
 // outputs, the current one a combined output of two devices, and the displays on a private Xvfb
 // with two screens, read through the toolkit's own X connection. Besides the time, it reports
 // what each tick asks of the two servers: the requests that waited on the sound server and the
-// requests sent to the X server.
+// requests sent to the X server. A second pair of figures is the tick's check of the displays
+// dimmed through their gamma ramps.
 #include <benchmark/benchmark.h>
+#include <xcb/randr.h>
 #include <xcb/xcb.h>
 
 #include <QGuiApplication>
@@ -12,7 +14,9 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "app/platform.h"
 #include "audio/pulse/audio_hal_pulse.h"
@@ -100,6 +104,40 @@ std::uint32_t nextRequestNumber(xcb_connection_t* connection) {
     return xcb_no_operation(connection).sequence + 1;
 }
 
+// The first CRTC of the screen and its ramp's size, as another client sees them.
+struct X11Crtc {
+    xcb_randr_crtc_t id = 0;
+    std::uint16_t size = 0;
+};
+
+std::optional<X11Crtc> firstCrtc(xcb_connection_t* connection) {
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    std::unique_ptr<xcb_randr_get_screen_resources_current_reply_t, decltype(&std::free)> resources(
+        xcb_randr_get_screen_resources_current_reply(
+            connection, xcb_randr_get_screen_resources_current(connection, root), nullptr),
+        &std::free);
+    if (!resources || xcb_randr_get_screen_resources_current_crtcs_length(resources.get()) < 1) {
+        return std::nullopt;
+    }
+    const xcb_randr_crtc_t crtc = xcb_randr_get_screen_resources_current_crtcs(resources.get())[0];
+    std::unique_ptr<xcb_randr_get_crtc_gamma_size_reply_t, decltype(&std::free)> size(
+        xcb_randr_get_crtc_gamma_size_reply(connection, xcb_randr_get_crtc_gamma_size(connection, crtc), nullptr),
+        &std::free);
+    if (!size || size->size < 2) {
+        return std::nullopt;
+    }
+    return X11Crtc{crtc, size->size};
+}
+
+void resetToIdentity(xcb_connection_t* connection, const X11Crtc& crtc) {
+    std::vector<std::uint16_t> ramp(crtc.size);
+    for (std::size_t index = 0; index < ramp.size(); ++index) {
+        ramp[index] = static_cast<std::uint16_t>(index * 65535 / (ramp.size() - 1));
+    }
+    xcb_randr_set_crtc_gamma(connection, crtc.id, crtc.size, ramp.data(), ramp.data(), ramp.data());
+    std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+}
+
 void refreshTick(benchmark::State& state) {
     Fixture& f = fixture();
     if (!f.platform->hasWindowSystem()) {
@@ -142,6 +180,49 @@ void refreshTick(benchmark::State& state) {
         benchmark::Counter(static_cast<double>(xAfter - xBefore), benchmark::Counter::kAvgIterations);
 }
 BENCHMARK(refreshTick)->Unit(benchmark::kMicrosecond)->Repetitions(5)->ReportAggregatesOnly(true);
+
+// What the tick adds while a display is dimmed through its gamma ramp (no compositor runs on the
+// private server): the read-back of the dimmed CRTC's ramp, alone, as the tick runs it after the
+// refresh. With resetEveryTick, another client puts the identity ramp back before every tick, so
+// each tick also writes the dimmed ramp again: the most a tick can cost.
+void keepDimming(benchmark::State& state, bool resetEveryTick) {
+    Fixture& f = fixture();
+    if (!f.platform->hasWindowSystem()) {
+        state.SkipWithError("the private X server does not answer");
+        return;
+    }
+    Brightness& brightness = f.platform->displays().brightness();
+    const std::vector<DisplayEntry> screens = brightness.screens();
+    f.defaults.set("softwareBrightness", true);
+    if (screens.empty() || !brightness.write(screens.front().id, 0.5f)) {
+        state.SkipWithError("the first screen cannot be dimmed through its ramp");
+        return;
+    }
+    xcb_connection_t* connection = toolkitConnection();
+    // Another client, as a colour-temperature tool would be.
+    xcb_connection_t* other = xcb_connect(nullptr, nullptr);
+    const std::optional<X11Crtc> crtc = firstCrtc(other);
+    std::uint64_t requests = 0;
+    for (auto _ : state) {
+        if (resetEveryTick && crtc) {
+            state.PauseTiming();
+            resetToIdentity(other, *crtc);
+            state.ResumeTiming();
+        }
+        const std::uint32_t before = nextRequestNumber(connection);
+        brightness.keepDimming();
+        requests += nextRequestNumber(connection) - 1 - before;
+    }
+    xcb_disconnect(other);
+    brightness.write(screens.front().id, 1.0f);
+    f.defaults.set("softwareBrightness", false);
+    state.counters["xRequestsPerTick"] =
+        benchmark::Counter(static_cast<double>(requests), benchmark::Counter::kAvgIterations);
+}
+BENCHMARK_CAPTURE(keepDimming, rampIntact, false)
+    ->Unit(benchmark::kMicrosecond)->Repetitions(5)->ReportAggregatesOnly(true);
+BENCHMARK_CAPTURE(keepDimming, rampResetByAnotherClient, true)
+    ->Unit(benchmark::kMicrosecond)->Repetitions(5)->ReportAggregatesOnly(true);
 
 }  // namespace
 }  // namespace vantle

@@ -155,9 +155,13 @@ void App::finishLaunching() {
         bringSettingsForward();
     }
     // The watchdog: takes the keys again when they were lost, and keeps the controls current.
+    // It alone also puts back software dimming that another program undid (a gamma ramp it
+    // reset): that asks the X server once per dimmed display, which the refresh after every key
+    // need not pay.
     timer_.setInterval(kWatchdogInterval);
     connect(&timer_, &QTimer::timeout, this, [this] {
         keyboard_.startKeys();
+        brightness_.keepDimming();
         refresh();
     });
     timer_.start();

@@ -1,15 +1,20 @@
 #include <xcb/xcb.h>
 
+#include <QTimer>
 #include <cstdlib>
 #include <filesystem>
+#include <utility>
 
 #include "app/display_backends_linux.h"
 #include "display/backlight/backlight_linux.h"
+#include "display/connector_watch_linux.h"
 #include "display/ddc/ddc_linux.h"
 #include "display/gamma_shade_x11.h"
 #include "display/native_chain.h"
+#include "display/output_watch_x11.h"
 #include "display/screens_x11.h"
 #include "display/shade_factory_linux.h"
+#include "display/sleep_watch_linux.h"
 #include "services/settings_location_linux.h"
 
 namespace vantle {
@@ -52,12 +57,39 @@ private:
 
 class X11DisplayBackends final : public DisplayBackends {
 public:
-    X11DisplayBackends(xcb_connection_t* connection, UserDefaults& defaults, const std::vector<std::string>& arguments)
+    X11DisplayBackends(xcb_connection_t* connection, UserDefaults& defaults, const std::vector<std::string>& arguments,
+                       X11DisplayOptions options)
         : connection_(connection),
           screens_(connection_),
           savedRamps_(savedRampDirectory(), std::getenv("DISPLAY")),
           shades_(connection_, screens_, savedRamps_),
-          brightness_(chainNativeControls({&backlight_, &ddc_}), screens_, shades_, defaults, arguments) {
+          ddc_(options.ddc ? ddc::DdcBrightness(std::move(*options.ddc)) : ddc::DdcBrightness()),
+          brightness_(chainNativeControls({&backlight_, &ddc_}), screens_, shades_, defaults, arguments),
+          outputs_(connection_,
+                   [this] {
+                       screens_.forgetOutputDetails();
+                       matchSoon();
+                   }) {
+        // The system's notices are listened for from the first turn of the event loop: connecting
+        // to the system bus and to udev costs a few tenths of a millisecond, which the start of the
+        // tray icon need not wait for, and a check mode, which runs no event loop, never pays.
+        QTimer::singleShot(0, &matchTimer_, [this] {
+            connectors_ = std::make_unique<ConnectorWatch>([this] {
+                connectorsChanged_ = true;
+                matchSoon();
+            });
+            sleep_ = std::make_unique<SleepWatch>([this] { resumed(); });
+        });
+        // Notices come in bursts (an output connected brings several); one matching serves them.
+        matchTimer_.setSingleShot(true);
+        matchTimer_.setInterval(0);
+        QObject::connect(&matchTimer_, &QTimer::timeout, [this] {
+            matchNativeControls();
+            // A monitor may answer on its bus only now, though the X server showed it before.
+            if (std::exchange(connectorsChanged_, false)) {
+                ddc_.searchAgain();
+            }
+        });
         matchNativeControls();
     }
     ~X11DisplayBackends() override {
@@ -97,6 +129,15 @@ public:
     void undoDimmingOfAnEarlierCopy() override { restoreSavedGammaRamps(connection_, screens_, savedRamps_); }
 
 private:
+    void matchSoon() { matchTimer_.start(); }
+
+    // Asleep, the monitors may have been switched off and on, the X server or the driver may have
+    // reset the ramps, and a screen locker may have come above the shade windows.
+    void resumed() {
+        ddc_.reopenAfterSleep();
+        shades_.raiseShades();
+    }
+
     xcb_connection_t* connection_;
     X11ScreenSystem screens_;
     SavedGammaRamps savedRamps_;
@@ -104,6 +145,11 @@ private:
     BacklightBrightness backlight_;
     ddc::DdcBrightness ddc_;
     Brightness brightness_;
+    QTimer matchTimer_;
+    bool connectorsChanged_ = false;
+    OutputWatch outputs_;
+    std::unique_ptr<ConnectorWatch> connectors_;
+    std::unique_ptr<SleepWatch> sleep_;
 };
 
 }  // namespace
@@ -120,8 +166,9 @@ bool xServerReachable() {
 }
 
 std::unique_ptr<DisplayBackends> makeX11DisplayBackends(xcb_connection_t* connection, UserDefaults& defaults,
-                                                        const std::vector<std::string>& arguments) {
-    return std::make_unique<X11DisplayBackends>(connection, defaults, arguments);
+                                                        const std::vector<std::string>& arguments,
+                                                        X11DisplayOptions options) {
+    return std::make_unique<X11DisplayBackends>(connection, defaults, arguments, std::move(options));
 }
 
 std::unique_ptr<DisplayBackends> makeHeadlessDisplayBackends(UserDefaults& defaults,

@@ -45,6 +45,9 @@ public:
 
     // Drops the shade and software level of a display that is gone.
     void forget(std::uint32_t display);
+    // Puts back the dimming of displays dimmed in software where another program undid it;
+    // for the periodic refresh, not for every command.
+    void keepDimming() { shadeFactory_.keepDimming(); }
 
     const std::map<std::uint32_t, std::unique_ptr<ShadePanel>>& shades() const { return shades_; }
     const std::map<std::uint32_t, float>& softwareLevels() const { return softwareLevels_; }

@@ -12,6 +12,7 @@
 #include <sstream>
 #include <system_error>
 
+#include "display/gamma_keeper_x11.h"
 #include "services/file_contents.h"
 
 namespace vantle {
@@ -142,8 +143,8 @@ bool writeGammaRamp(xcb_connection_t* connection, std::uint32_t crtc, const Gamm
 }
 
 GammaShade::GammaShade(xcb_connection_t* connection, std::uint32_t crtc, std::string outputName,
-                       SavedGammaRamps& saved)
-    : connection_(connection), crtc_(crtc), outputName_(std::move(outputName)), saved_(saved) {}
+                       SavedGammaRamps& saved, GammaKeeper& keeper)
+    : connection_(connection), crtc_(crtc), outputName_(std::move(outputName)), saved_(saved), keeper_(keeper) {}
 
 GammaShade::~GammaShade() {
     restore();
@@ -176,13 +177,22 @@ void GammaShade::orderFrontRegardless() {
     apply();
 }
 
+void GammaShade::raise() {
+    if (shown_) {
+        apply();
+    }
+}
+
 void GammaShade::apply() {
     if (original_) {
-        writeGammaRamp(connection_, crtc_, dimmedRamp(*original_, alpha_));
+        GammaRamp dimmed = dimmedRamp(*original_, alpha_);
+        writeGammaRamp(connection_, crtc_, dimmed);
+        keeper_.hold(crtc_, std::move(dimmed));
     }
 }
 
 void GammaShade::restore() {
+    keeper_.release(crtc_);
     if (original_) {
         writeGammaRamp(connection_, crtc_, *original_);
         saved_.remove(outputName_);

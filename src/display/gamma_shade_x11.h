@@ -12,6 +12,8 @@ struct xcb_connection_t;
 
 namespace vantle {
 
+class GammaKeeper;
+
 // One CRTC's gamma ramp: three channels of the same size.
 struct GammaRamp {
     std::vector<std::uint16_t> red;
@@ -45,16 +47,19 @@ private:
 
 // A shade made by scaling the gamma ramp of the display's CRTC, for X servers without a
 // compositor, where a translucent window cannot dim. The undimmed ramp is put back when the
-// shade is ordered out or destroyed.
+// shade is ordered out or destroyed. While it dims, the keeper knows the ramp it holds.
 class GammaShade final : public ShadePanel {
 public:
-    GammaShade(xcb_connection_t* connection, std::uint32_t crtc, std::string outputName, SavedGammaRamps& saved);
+    GammaShade(xcb_connection_t* connection, std::uint32_t crtc, std::string outputName, SavedGammaRamps& saved,
+               GammaKeeper& keeper);
     ~GammaShade() override;
 
     void setUp(const ScreenFrame& frame) override;
     void setAlpha(double alpha) override;
     void orderOut() override;
     void orderFrontRegardless() override;
+    // Writes the dimmed ramp again.
+    void raise() override;
 
 private:
     void apply();
@@ -64,6 +69,7 @@ private:
     std::uint32_t crtc_;
     std::string outputName_;
     SavedGammaRamps& saved_;
+    GammaKeeper& keeper_;
     std::optional<GammaRamp> original_;
     double alpha_ = 0;
     bool shown_ = false;

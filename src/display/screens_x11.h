@@ -34,6 +34,10 @@ public:
 
     // EDID and connector of every listed display, for matching native controls.
     std::vector<DisplayIdentity> identities();
+    // The server reported a change of its outputs: their details are read afresh at the next
+    // listing, even where the server's configuration timestamp stayed the same (it does when
+    // only an EDID changes).
+    void forgetOutputDetails() { outputDetails_.clear(); }
 
     // The RandR output and CRTC that show a display; empty ids when it has none of its own.
     struct Output {

@@ -18,6 +18,10 @@ public:
     virtual void setAlpha(double alpha) = 0;
     virtual void orderOut() = 0;
     virtual void orderFrontRegardless() = 0;
+    // Lays a shown panel over everything again, as it was: after the machine woke up, other
+    // windows may stand above it and its dimming may have been undone. A hidden panel stays
+    // hidden.
+    virtual void raise() {}
 };
 
 // Makes the shade panels of this platform.
@@ -25,6 +29,11 @@ class ShadeFactory {
 public:
     virtual ~ShadeFactory() = default;
     virtual std::unique_ptr<ShadePanel> makePanel(std::uint32_t display, const ScreenFrame& frame) = 0;
+
+    // Puts back, once, the dimming of shown shades that another program undid since the last
+    // call (a gamma ramp it reset, say). For a periodic check; where nothing can undo a shade,
+    // it does nothing.
+    virtual void keepDimming() {}
 };
 
 }  // namespace vantle

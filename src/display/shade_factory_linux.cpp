@@ -35,6 +35,7 @@ public:
     void setAlpha(double alpha) override { shade_.setAlpha(alpha); }
     void orderOut() override { shade_.orderOut(); }
     void orderFrontRegardless() override { shade_.orderFrontRegardless(); }
+    void raise() override { shade_.raise(); }
 
 private:
     SwitchingShade shade_;
@@ -48,6 +49,7 @@ LinuxShadeFactory::LinuxShadeFactory(xcb_connection_t* connection, X11ScreenSyst
     : connection_(connection),
       screens_(screens),
       savedRamps_(savedRamps),
+      gammaKeeper_(connection),
       compositor_(connection, [this](bool running) { compositorChanged(running); }) {}
 
 std::unique_ptr<ShadePanel> LinuxShadeFactory::makeFor(std::uint32_t display, bool composited) {
@@ -58,7 +60,7 @@ std::unique_ptr<ShadePanel> LinuxShadeFactory::makeFor(std::uint32_t display, bo
     if (output.crtc == 0) {
         return nullptr;
     }
-    return std::make_unique<GammaShade>(connection_, output.crtc, output.name, savedRamps_);
+    return std::make_unique<GammaShade>(connection_, output.crtc, output.name, savedRamps_, gammaKeeper_);
 }
 
 std::unique_ptr<ShadePanel> LinuxShadeFactory::makePanel(std::uint32_t display, const ScreenFrame&) {
@@ -68,6 +70,16 @@ std::unique_ptr<ShadePanel> LinuxShadeFactory::makePanel(std::uint32_t display, 
         return nullptr;
     }
     return shade;
+}
+
+void LinuxShadeFactory::raiseShades() {
+    for (SwitchingShade* shade : *live_) {
+        shade->raise();
+    }
+}
+
+void LinuxShadeFactory::keepDimming() {
+    gammaKeeper_.restoreChanged();
 }
 
 void LinuxShadeFactory::compositorChanged(bool running) {

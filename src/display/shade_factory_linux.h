@@ -4,6 +4,7 @@
 #include <set>
 
 #include "display/compositor_watch_x11.h"
+#include "display/gamma_keeper_x11.h"
 #include "display/gamma_shade_x11.h"
 #include "display/screens_x11.h"
 #include "display/shade.h"
@@ -24,6 +25,12 @@ public:
     LinuxShadeFactory(xcb_connection_t* connection, X11ScreenSystem& screens, SavedGammaRamps& savedRamps);
 
     std::unique_ptr<ShadePanel> makePanel(std::uint32_t display, const ScreenFrame& frame) override;
+    // Reads back the ramp of every CRTC dimmed now, one request each, and writes a ramp another
+    // program replaced once more. Asks the X server nothing while no display is dimmed by ramp.
+    void keepDimming() override;
+    // Lays every shown shade over everything again, at the level it has: windows are raised and
+    // ramps written again.
+    void raiseShades();
 
 private:
     std::unique_ptr<ShadePanel> makeFor(std::uint32_t display, bool composited);
@@ -32,6 +39,8 @@ private:
     xcb_connection_t* connection_;
     X11ScreenSystem& screens_;
     SavedGammaRamps& savedRamps_;
+    // What the gamma shades hold their CRTCs at; like the factory, it outlives every shade.
+    GammaKeeper gammaKeeper_;
     // The shades made and not yet destroyed; each takes itself out as it goes.
     std::shared_ptr<std::set<SwitchingShade*>> live_ = std::make_shared<std::set<SwitchingShade*>>();
     CompositorWatch compositor_;

@@ -49,4 +49,10 @@ void ShadeWindow::orderFrontRegardless() {
     }
 }
 
+void ShadeWindow::raise() {
+    if (window_->isVisible()) {
+        window_->raise();
+    }
+}
+
 }  // namespace vantle

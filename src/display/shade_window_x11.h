@@ -20,6 +20,7 @@ public:
     void setAlpha(double alpha) override;
     void orderOut() override;
     void orderFrontRegardless() override;
+    void raise() override;
 
     QWindow* window() const { return window_.get(); }
 

@@ -33,6 +33,12 @@ void SwitchingShade::orderFrontRegardless() {
     }
 }
 
+void SwitchingShade::raise() {
+    if (shown_ && panel_) {
+        panel_->raise();
+    }
+}
+
 void SwitchingShade::useCompositor(bool composited) {
     if (composited == composited_) {
         return;

@@ -22,6 +22,7 @@ public:
     void setAlpha(double alpha) override;
     void orderOut() override;
     void orderFrontRegardless() override;
+    void raise() override;
 
     // Moves to the other way of dimming when composited differs from the one in use. When the new
     // way cannot dim this display, the display is left undimmed rather than covered in black.

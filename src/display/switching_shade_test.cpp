@@ -89,5 +89,21 @@ TEST_F(SwitchingShadeTest, DisplayThatTheRampCannotDimIsUncoveredNotBlackAndCove
     EXPECT_DOUBLE_EQ(factory.latest(kWindows).alpha, 0.3);
 }
 
+TEST_F(SwitchingShadeTest, RaiseReachesTheShownPanelOnlyAndTheWayInUse) {
+    SwitchingShade shade(maker(), false);
+    shade.setAlpha(0.425);
+    shade.raise();
+    EXPECT_EQ(factory.latest(kGamma).raises, 0);
+    shade.orderFrontRegardless();
+    shade.raise();
+    EXPECT_EQ(factory.latest(kGamma).raises, 1);
+    shade.useCompositor(true);
+    shade.raise();
+    EXPECT_EQ(factory.latest(kWindows).raises, 1);
+    shade.orderOut();
+    shade.raise();
+    EXPECT_EQ(factory.latest(kWindows).raises, 1);
+}
+
 }  // namespace
 }  // namespace vantle

@@ -103,6 +103,33 @@ void XServerTest::setOutputEdid(const std::vector<std::uint8_t>& edid) {
     free(xcb_get_input_focus_reply(x.connection, xcb_get_input_focus(x.connection), nullptr));
 }
 
+void XServerTest::removeOutputEdid() {
+    Connection x;
+    const auto [output, crtc] = onlyOutput(x);
+    const char* name = "EDID";
+    auto atom = own(xcb_intern_atom_reply(
+        x.connection, xcb_intern_atom(x.connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name), nullptr));
+    xcb_randr_delete_output_property(x.connection, output, atom->atom);
+    free(xcb_get_input_focus_reply(x.connection, xcb_get_input_focus(x.connection), nullptr));
+}
+
+void XServerTest::setGammaTop(std::uint16_t top) {
+    Connection x;
+    const xcb_randr_crtc_t crtc = onlyOutput(x).second;
+    auto size = own(xcb_randr_get_crtc_gamma_size_reply(x.connection, xcb_randr_get_crtc_gamma_size(x.connection, crtc),
+                                                        nullptr));
+    if (!size || size->size < 2) {
+        ADD_FAILURE() << "the output has no gamma ramp";
+        return;
+    }
+    std::vector<std::uint16_t> ramp(size->size);
+    for (std::size_t index = 0; index < ramp.size(); ++index) {
+        ramp[index] = static_cast<std::uint16_t>(index * top / (ramp.size() - 1));
+    }
+    xcb_randr_set_crtc_gamma(x.connection, crtc, size->size, ramp.data(), ramp.data(), ramp.data());
+    free(xcb_get_input_focus_reply(x.connection, xcb_get_input_focus(x.connection), nullptr));
+}
+
 std::uint32_t XServerTest::leftDisplayId() {
     Connection x;
     return onlyOutput(x).first;

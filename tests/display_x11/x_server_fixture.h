@@ -32,6 +32,11 @@ protected:
 
     // Gives Xvfb's output an EDID property, as a real monitor has.
     static void setOutputEdid(const std::vector<std::uint8_t>& edid);
+    // Takes it away again, as when the monitor is unplugged.
+    static void removeOutputEdid();
+    // The X server's gamma ramp of the output, as another program would set it: each channel
+    // from 0 up to top.
+    static void setGammaTop(std::uint16_t top);
     // The RandR output id of Xvfb's output, which is the display id of LEFT.
     static std::uint32_t leftDisplayId();
     // The brightness of the output's gamma ramp at its top entry, 0..65535.

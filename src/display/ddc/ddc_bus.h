@@ -40,6 +40,11 @@ public:
 
     // Writes a continuous feature; false when the monitor refused or did not answer.
     virtual bool write(std::uint8_t feature, std::uint16_t value) = 0;
+
+    // Whether the handle stopped reaching its monitor for good: the library let go of it when it
+    // looked at the buses again. Its commands then fail at once, and the monitor has to be opened
+    // anew.
+    virtual bool lost() const { return false; }
 };
 
 // The few things this backend needs from a DDC/CI library: which monitors there are, and a way
@@ -50,8 +55,15 @@ class DdcBus {
 public:
     virtual ~DdcBus() = default;
 
-    // The monitors that answer DDC/CI; empty when there are none or detection failed.
+    // The monitors that answer DDC/CI, as the library found them when it first looked; empty when
+    // there are none or detection failed.
     virtual std::vector<DdcDisplayInfo> list() = 0;
+
+    // Looks at the buses again, for monitors attached since the last look, and lists the monitors
+    // that answer now. A monitor listed before keeps its token. Handles opened before may be lost
+    // (see DdcMonitorHandle::lost), because the library lets go of every open monitor when it
+    // looks again. Slower than list(): every bus is asked again.
+    virtual std::vector<DdcDisplayInfo> rescan() = 0;
 
     // Opens a monitor listed before; null when it cannot be opened.
     virtual std::unique_ptr<DdcMonitorHandle> open(std::uint64_t token) = 0;

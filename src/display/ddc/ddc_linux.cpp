@@ -4,6 +4,7 @@
 #include <cmath>
 #include <condition_variable>
 #include <mutex>
+#include <utility>
 
 #include "display/ddc/ddc_matching_linux.h"
 #include "display/ddc/ddc_sysfs_linux.h"
@@ -12,19 +13,29 @@ namespace vantle::ddc {
 
 using Clock = std::chrono::steady_clock;
 
-// What the interface thread and the discovery thread share. The discovery thread finds the
-// monitors (which takes the library a while on every I2C bus) and starts a worker per match.
+// What the interface thread and the discovery thread share. The discovery thread looks for the
+// monitors of new displays (which takes the library a while on every I2C bus), starts a worker
+// per match, and ends the workers of displays that went.
 struct DdcBrightness::Shared {
     std::mutex mutex;
     std::condition_variable wake;
     std::condition_variable finishedChanged;
     bool stop = false;
     bool finished = false;
+    // Searches asked for; the discovery thread runs one for each increase.
     std::uint64_t requested = 0;
+    // Whether the bus was listed once: later searches have to make the library look again.
+    bool listedOnce = false;
     std::vector<DisplayIdentity> wanted;
+    // The wanted displays a search has looked for already, found or not, so that a display the
+    // bus has no monitor for is not searched for again at every change of the screens.
+    std::vector<DisplayIdentity> searched;
     std::shared_ptr<DdcBus> bus;
     DdcTimings timings;
     std::map<std::uint32_t, std::shared_ptr<DdcMonitorWorker>> workers;
+    // Workers told to stop, for the discovery thread to wait for: their threads may still be in
+    // a command to a monitor that went, and nobody on the interface thread waits for that.
+    std::vector<std::shared_ptr<DdcMonitorWorker>> retired;
 };
 
 DdcBrightness::DdcBrightness()
@@ -36,17 +47,21 @@ DdcBrightness::DdcBrightness(Options options)
 }
 
 DdcBrightness::~DdcBrightness() {
-    std::map<std::uint32_t, std::shared_ptr<DdcMonitorWorker>> workers;
+    std::vector<std::shared_ptr<DdcMonitorWorker>> workers;
     {
         std::lock_guard lock(shared_->mutex);
         shared_->stop = true;
         shared_->wake.notify_all();
-        workers.swap(shared_->workers);
+        workers.swap(shared_->retired);
+        for (const auto& [id, worker] : shared_->workers) {
+            workers.push_back(worker);
+        }
+        shared_->workers.clear();
     }
     // Every thread is told first and then all are waited for against one deadline, so that
     // several dead monitors together still cost no more than about a second.
     const auto deadline = Clock::now() + std::chrono::seconds(1);
-    for (const auto& [id, worker] : workers) {
+    for (const auto& worker : workers) {
         worker->requestStop();
     }
     if (discovery_.joinable()) {
@@ -62,7 +77,7 @@ DdcBrightness::~DdcBrightness() {
             discovery_.detach();
         }
     }
-    for (const auto& [id, worker] : workers) {
+    for (const auto& worker : workers) {
         worker->stopBy(deadline);
     }
 }
@@ -84,64 +99,129 @@ void DdcBrightness::updateDisplays(const std::vector<DisplayIdentity>& displays)
         // Nothing was ever loaded, so nothing is controlled and there is nothing to forget.
         return;
     }
+    std::vector<std::shared_ptr<DdcMonitorWorker>> stopping;
+    {
+        std::lock_guard lock(shared_->mutex);
+        shared_->wanted = needed ? displays : std::vector<DisplayIdentity>{};
+        // The monitors driven already are matched to the displays there are now without asking
+        // the bus: a display that stays, even under another id, keeps its worker.
+        std::vector<DdcDisplayInfo> driven;
+        for (const auto& [id, worker] : shared_->workers) {
+            driven.push_back(worker->monitor());
+        }
+        std::map<std::uint32_t, std::shared_ptr<DdcMonitorWorker>> next;
+        for (const DdcMatch& match : matchDisplays(shared_->wanted, driven)) {
+            for (const auto& [id, worker] : shared_->workers) {
+                if (worker->monitor() == match.monitor) {
+                    next[match.displayId] = worker;
+                }
+            }
+        }
+        for (const auto& [id, worker] : shared_->workers) {
+            const bool stays =
+                std::any_of(next.begin(), next.end(), [&](const auto& entry) { return entry.second == worker; });
+            if (!stays) {
+                stopping.push_back(worker);
+                shared_->retired.push_back(worker);
+            }
+        }
+        shared_->workers = std::move(next);
+        // A display that went and comes back is a new display, and is searched for again.
+        std::erase_if(shared_->searched, [&](const DisplayIdentity& display) {
+            return std::find(shared_->wanted.begin(), shared_->wanted.end(), display) == shared_->wanted.end();
+        });
+        requestSearchLocked();
+        shared_->wake.notify_all();
+    }
+    // Told without waiting: a worker ends by itself once its monitor's command returns.
+    for (const auto& worker : stopping) {
+        worker->requestStop();
+    }
+}
+
+void DdcBrightness::requestSearchLocked() {
+    bool unsearched = false;
+    for (const DisplayIdentity& display : shared_->wanted) {
+        const bool driven = shared_->workers.count(display.displayId) != 0;
+        const bool searched =
+            std::find(shared_->searched.begin(), shared_->searched.end(), display) != shared_->searched.end();
+        if (!driven && !searched) {
+            shared_->searched.push_back(display);
+            unsearched = true;
+        }
+    }
+    if (unsearched) {
+        ++shared_->requested;
+    }
+}
+
+void DdcBrightness::searchAgain() {
+    if (!discovery_.joinable()) {
+        return;
+    }
     std::lock_guard lock(shared_->mutex);
-    shared_->wanted = needed ? displays : std::vector<DisplayIdentity>{};
-    ++shared_->requested;
+    std::erase_if(shared_->searched, [&](const DisplayIdentity& display) {
+        return shared_->workers.count(display.displayId) == 0;
+    });
+    requestSearchLocked();
     shared_->wake.notify_all();
+}
+
+void DdcBrightness::reopenAfterSleep() {
+    std::lock_guard lock(shared_->mutex);
+    for (const auto& [id, worker] : shared_->workers) {
+        worker->reopen();
+    }
 }
 
 void DdcBrightness::discover(std::shared_ptr<Shared> shared) {
     std::uint64_t done = 0;
     for (;;) {
-        std::uint64_t generation = 0;
-        std::vector<DisplayIdentity> wanted;
+        std::vector<std::shared_ptr<DdcMonitorWorker>> retired;
+        bool search = false;
+        bool again = false;
         {
             std::unique_lock lock(shared->mutex);
-            shared->wake.wait(lock, [&] { return shared->stop || shared->requested != done; });
+            shared->wake.wait(lock, [&] {
+                return shared->stop || shared->requested != done || !shared->retired.empty();
+            });
             if (shared->stop) {
                 break;
             }
-            generation = shared->requested;
-            wanted = shared->wanted;
-        }
-        const auto monitors = wanted.empty() ? std::vector<DdcDisplayInfo>{} : shared->bus->list();
-        const auto matches = matchDisplays(wanted, monitors);
-
-        std::vector<std::shared_ptr<DdcMonitorWorker>> retired;
-        {
-            std::lock_guard lock(shared->mutex);
-            if (shared->stop) {
-                break;
+            retired.swap(shared->retired);
+            search = shared->requested != done;
+            done = shared->requested;
+            if (search) {
+                again = std::exchange(shared->listedOnce, true);
             }
-            if (generation != shared->requested) {
-                continue;  // The displays changed again meanwhile; match the newer ones.
-            }
-            // A monitor that stays keeps its worker, and with it its open handle and its level.
-            std::map<std::uint32_t, std::shared_ptr<DdcMonitorWorker>> next;
-            for (const DdcMatch& match : matches) {
-                const auto kept = std::find_if(shared->workers.begin(), shared->workers.end(),
-                                               [&](const auto& entry) { return entry.second->monitor() == match.monitor; });
-                next[match.displayId] = kept != shared->workers.end()
-                                            ? kept->second
-                                            : std::make_shared<DdcMonitorWorker>(shared->bus, match.monitor,
-                                                                                 shared->timings);
-            }
-            for (const auto& [id, worker] : shared->workers) {
-                const bool stays = std::any_of(next.begin(), next.end(),
-                                               [&](const auto& entry) { return entry.second == worker; });
-                if (!stays) {
-                    retired.push_back(worker);
-                }
-            }
-            shared->workers = std::move(next);
-            done = generation;
-        }
-        for (const auto& worker : retired) {
-            worker->requestStop();
         }
         const auto deadline = Clock::now() + std::chrono::seconds(1);
         for (const auto& worker : retired) {
             worker->stopBy(deadline);
+        }
+        retired.clear();
+        if (!search) {
+            continue;
+        }
+        // The library found the monitors that were there when it was first asked; one attached
+        // since is found only by looking at the buses again.
+        const auto monitors = again ? shared->bus->rescan() : shared->bus->list();
+
+        std::lock_guard lock(shared->mutex);
+        if (shared->stop) {
+            break;
+        }
+        // Matched against every display, so that twins are told apart as at the start, but
+        // only displays without a worker get one: the others keep theirs.
+        for (const DdcMatch& match : matchDisplays(shared->wanted, monitors)) {
+            const bool taken = shared->workers.count(match.displayId) != 0 ||
+                               std::any_of(shared->workers.begin(), shared->workers.end(), [&](const auto& entry) {
+                                   return entry.second->monitor().token == match.monitor.token;
+                               });
+            if (!taken) {
+                shared->workers[match.displayId] =
+                    std::make_shared<DdcMonitorWorker>(shared->bus, match.monitor, shared->timings);
+            }
         }
     }
     std::lock_guard lock(shared->mutex);

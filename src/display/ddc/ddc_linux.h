@@ -21,7 +21,12 @@ namespace vantle::ddc {
 // The library is loaded only when some display is left to this backend and the machine has I2C
 // buses; if it cannot be loaded, nothing is controlled. Finding the monitors and talking to each
 // of them happens on threads of this backend (see DdcMonitorWorker), so no call here waits for a
-// monitor. Main thread only, like the interface.
+// monitor or for the bus. Main thread only, like the interface.
+//
+// Displays come and go while the program runs. A display that stays keeps its monitor's thread,
+// and with it the open monitor and its level. A display that goes has its thread stopped at once.
+// Only a display not seen before starts a search on the bus, in the background; the monitors of
+// the other displays are not looked for again.
 class DdcBrightness final : public NativeDisplayControl {
 public:
     struct Options {
@@ -45,6 +50,14 @@ public:
     // set() false for a display until its monitor has been found.
     void updateDisplays(const std::vector<DisplayIdentity>& displays) override;
 
+    // Something changed at the machine's connectors (a cable plugged in, a monitor switched on):
+    // the displays that have no monitor yet are looked for once more, in the background.
+    void searchAgain();
+
+    // The machine woke from sleep: every monitor is opened anew and its level read again (see
+    // DdcMonitorWorker::reopen).
+    void reopenAfterSleep();
+
     // The last level known for the display, or the one it is being brought to; empty when the
     // display is not a monitor found on the bus or its level has not been read yet.
     std::optional<float> get(std::uint32_t displayId) override;
@@ -62,6 +75,9 @@ private:
     struct Shared;
     static void discover(std::shared_ptr<Shared> shared);
     std::shared_ptr<DdcMonitorWorker> workerFor(std::uint32_t displayId) const;
+    // Called with the shared state locked: asks for a search when some wanted display without a
+    // monitor has not been searched for yet.
+    void requestSearchLocked();
 
     Options options_;
     bool loadTried_ = false;

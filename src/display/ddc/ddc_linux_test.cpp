@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <memory>
+#include <thread>
 
 #include "display/ddc/ddc_sysfs_linux.h"
 #include "display/ddc/testing/stand_in_ddc_bus.h"
@@ -40,6 +41,7 @@ struct StandInBackend {
         };
         options.timings.refreshInterval = 1h;
         options.timings.retryDelays = {10ms, 20ms};
+        options.timings.settleAfterWake = 20ms;
         backend = std::make_unique<DdcBrightness>(std::move(options));
     }
 
@@ -231,6 +233,89 @@ TEST(DdcStandInMonitorTest, DestructionDoesNotWaitLongForAStuckStandInMonitor) {
     // The thread that was let go finishes and closes the monitor once the command returns.
     bus->release(0);
     EXPECT_TRUE(bus->waitUntil([&] { return bus->closes(0) == 1; }));
+}
+
+TEST(DdcStandInMonitorTest, StandInMonitorAttachedLaterIsFoundByASearchForTheNewDisplay) {
+    StandInBackend ddc(std::make_shared<StandInDdcBus>(std::vector<StandInMonitor>{{edid(1), "card0-DP-1", 40, 100}}));
+    ddc.backend->updateDisplays({display(1, 1, "DP-1")});
+    ASSERT_TRUE(ddc.waitForLevel(1, 0.4f));
+    const std::size_t plugged = ddc.bus->attach({edid(2), "card0-DP-2", 70, 100});
+    ddc.backend->updateDisplays({display(1, 1, "DP-1"), display(2, 2, "DP-2")});
+    // The library lists only what it found at first; the new monitor needs a new look.
+    ASSERT_TRUE(ddc.waitForLevel(2, 0.7f));
+    EXPECT_EQ(ddc.bus->listings(), 1);
+    EXPECT_EQ(ddc.bus->rescans(), 1);
+    EXPECT_EQ(ddc.bus->opens(plugged), 1);
+    // The display that stayed kept its worker and its level throughout.
+    EXPECT_EQ(ddc.backend->get(1), 0.4f);
+    EXPECT_EQ(ddc.bus->opens(0), 1);
+
+    // The same displays again (a change of layout, say) start no search.
+    ddc.backend->updateDisplays({display(1, 1, "DP-1"), display(2, 2, "DP-2")});
+    ddc.backend->updateDisplays({display(1, 1, "DP-1"), display(2, 2, "DP-2")});
+    std::this_thread::sleep_for(50ms);
+    EXPECT_EQ(ddc.bus->listings() + ddc.bus->rescans(), 2);
+
+    // The first monitor's handle was lost to the new look: its next command opens it again.
+    EXPECT_TRUE(ddc.backend->set(1, 0.3f));
+    EXPECT_TRUE(ddc.bus->waitUntil([&] { return ddc.bus->writes(0) == std::vector<std::uint16_t>{30}; }));
+    EXPECT_EQ(ddc.bus->opens(0), 2);
+}
+
+TEST(DdcStandInMonitorTest, DisplayWithoutAStandInMonitorIsSearchedForOnceUntilConnectorsChange) {
+    StandInBackend ddc(std::make_shared<StandInDdcBus>(std::vector<StandInMonitor>{{edid(1), "", 40, 100}}));
+    ddc.backend->updateDisplays({display(1, 1), display(3, 3)});
+    ASSERT_TRUE(ddc.waitForLevel(1, 0.4f));
+    for (int change = 0; change < 3; ++change) {
+        ddc.backend->updateDisplays({display(1, 1), display(3, 3)});
+    }
+    std::this_thread::sleep_for(50ms);
+    EXPECT_EQ(ddc.bus->listings() + ddc.bus->rescans(), 1);
+
+    // A monitor switched on late answers on its bus only now.
+    ddc.bus->attach({edid(3), "", 90, 100});
+    ddc.backend->searchAgain();
+    EXPECT_TRUE(ddc.waitForLevel(3, 0.9f));
+    EXPECT_EQ(ddc.bus->rescans(), 1);
+}
+
+TEST(DdcStandInMonitorTest, RemovedDisplayStopsItsWorkerWithoutWaitingForTheBus) {
+    StandInBackend ddc(std::make_shared<StandInDdcBus>(std::vector<StandInMonitor>{{edid(1), "", 40, 100}}));
+    ddc.backend->updateDisplays({display(1, 1)});
+    ASSERT_TRUE(ddc.waitForLevel(1, 0.4f));
+    // A search for another display hangs in the library meanwhile.
+    ddc.bus->holdSearches();
+    EXPECT_LT(timed([&] { ddc.backend->updateDisplays({display(4, 4)}); }), 50ms);
+    EXPECT_EQ(ddc.backend->get(1), std::nullopt);
+    EXPECT_TRUE(ddc.bus->waitUntil([&] { return ddc.bus->closes(0) == 1; }, 1s));
+    ddc.bus->releaseSearches();
+}
+
+TEST(DdcStandInMonitorTest, RepluggedStandInMonitorIsFoundAgain) {
+    StandInBackend ddc(std::make_shared<StandInDdcBus>(std::vector<StandInMonitor>{{edid(1), "card0-DP-1", 40, 100}}));
+    ddc.backend->updateDisplays({display(1, 1, "DP-1")});
+    ASSERT_TRUE(ddc.waitForLevel(1, 0.4f));
+    ddc.bus->detach(0);
+    ddc.backend->updateDisplays({});
+    ASSERT_TRUE(ddc.bus->waitUntil([&] { return ddc.bus->closes(0) == 1; }));
+    const std::size_t again = ddc.bus->attach({edid(1), "card0-DP-1", 60, 100});
+    ddc.backend->updateDisplays({display(1, 1, "DP-1")});
+    EXPECT_TRUE(ddc.waitForLevel(1, 0.6f));
+    EXPECT_EQ(ddc.bus->opens(again), 1);
+}
+
+TEST(DdcStandInMonitorTest, WakingFromSleepReopensEveryStandInMonitorAndReadsItAgain) {
+    StandInBackend ddc(std::make_shared<StandInDdcBus>(
+        std::vector<StandInMonitor>{{edid(1), "", 40, 100}, {edid(2), "", 50, 100}}));
+    ddc.backend->updateDisplays({display(1, 1), display(2, 2)});
+    ASSERT_TRUE(ddc.waitForLevel(1, 0.4f));
+    ASSERT_TRUE(ddc.waitForLevel(2, 0.5f));
+    // Some monitors come back from standby at a level of their own.
+    ddc.bus->setCurrent(0, 80);
+    ddc.backend->reopenAfterSleep();
+    EXPECT_TRUE(ddc.bus->waitUntil([&] { return ddc.bus->closes(0) == 1 && ddc.bus->closes(1) == 1; }));
+    EXPECT_TRUE(ddc.waitForLevel(1, 0.8f));
+    EXPECT_TRUE(ddc.bus->waitUntil([&] { return ddc.bus->opens(0) == 2 && ddc.bus->opens(1) == 2; }));
 }
 
 // This machine's own state: with no /dev/i2c-* the real backend must not even load libddcutil,

@@ -18,6 +18,7 @@ struct DdcMonitorWorker::State {
     std::optional<float> inFlight;
     std::optional<float> confirmed;
     bool refreshRequested = false;
+    bool reopenRequested = false;
     bool stop = false;
     bool finished = false;
 };
@@ -34,17 +35,28 @@ public:
         auto nextRefresh = Clock::now();
         for (;;) {
             std::optional<float> level;
+            bool reopen = false;
+            bool refresh = false;
             {
                 std::unique_lock lock(state_.mutex);
                 state_.wake.wait_until(lock, nextRefresh, [&] {
-                    return state_.stop || state_.pending || state_.refreshRequested;
+                    return state_.stop || state_.pending || state_.refreshRequested || state_.reopenRequested;
                 });
                 if (state_.stop) {
                     break;
                 }
                 level = std::exchange(state_.pending, std::nullopt);
                 state_.inFlight = level;
-                state_.refreshRequested = false;
+                reopen = std::exchange(state_.reopenRequested, false);
+                refresh = std::exchange(state_.refreshRequested, false);
+            }
+            if (reopen) {
+                // Closed here, on the thread that opened it; the next command opens it again.
+                handle_.reset();
+                if (!level && !refresh) {
+                    nextRefresh = Clock::now() + timings_.settleAfterWake;
+                    continue;
+                }
             }
             if (level) {
                 writeLevel(*level);
@@ -59,6 +71,9 @@ public:
 
 private:
     bool ensureOpen() {
+        if (handle_ && handle_->lost()) {
+            handle_.reset();
+        }
         if (!handle_) {
             handle_ = bus_.open(monitor_.token);
         }
@@ -168,6 +183,12 @@ void DdcMonitorWorker::write(float level) {
 void DdcMonitorWorker::refresh() {
     std::lock_guard lock(state_->mutex);
     state_->refreshRequested = true;
+    state_->wake.notify_all();
+}
+
+void DdcMonitorWorker::reopen() {
+    std::lock_guard lock(state_->mutex);
+    state_->reopenRequested = true;
     state_->wake.notify_all();
 }
 

@@ -17,6 +17,9 @@ struct DdcTimings {
     // The pauses before each retry of a failed write; after the last, the level is read again.
     std::vector<std::chrono::milliseconds> retryDelays{std::chrono::milliseconds{100},
                                                        std::chrono::milliseconds{400}};
+    // How long after the machine woke up the level is read again. Monitors come out of standby
+    // when the picture returns, and many do not answer DDC/CI for a moment after that.
+    std::chrono::milliseconds settleAfterWake{3000};
 };
 
 // The thread that talks to one monitor. It opens the monitor once and keeps it open, reads its
@@ -47,6 +50,11 @@ public:
 
     // Asks for the level to be read again soon.
     void refresh();
+
+    // The machine woke from sleep: the monitor may have been switched off and on, and the handle
+    // with it. The handle is closed at once and the monitor opened again by its next command,
+    // the level being read again once the monitor has settled.
+    void reopen();
 
     // Asks the thread to close the monitor and end, without waiting.
     void requestStop();

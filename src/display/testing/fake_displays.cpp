@@ -15,6 +15,7 @@ public:
     void setAlpha(double alpha) override { state_->alpha = alpha; }
     void orderOut() override { state_->shown = false; }
     void orderFrontRegardless() override { state_->shown = true; }
+    void raise() override { ++state_->raises; }
 
 private:
     std::shared_ptr<ShadeState> state_;

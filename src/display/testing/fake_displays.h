@@ -30,6 +30,7 @@ struct ShadeState {
     double alpha = 0;
     bool shown = false;
     int setUps = 0;
+    int raises = 0;
     bool destroyed = false;
 };
 

@@ -1,5 +1,7 @@
-// Stands in for systemd-logind in the backlight tests: owns org.freedesktop.login1 on the bus that
-// DBUS_SYSTEM_BUS_ADDRESS names and answers the session's SetBrightness.
+// Stands in for systemd-logind in the display tests: owns org.freedesktop.login1 on the bus that
+// DBUS_SYSTEM_BUS_ADDRESS names, answers the session's SetBrightness, and announces a suspend or
+// a wake (the manager's PrepareForSleep signal) when a test asks it to through the stand-in's
+// own AnnounceSleep(b) on org.vantle.LogindStandIn.
 //
 // Usage: logind_stand_in <root> <call log>
 //
@@ -55,6 +57,26 @@ const sd_bus_vtable kSessionVtable[] = {
     SD_BUS_VTABLE_END,
 };
 
+// The signal goes out before the answer, so a test that has its answer knows it was sent.
+int announceSleep(sd_bus_message* message, void*, sd_bus_error*) {
+    int goingToSleep = 0;
+    if (const int read = sd_bus_message_read(message, "b", &goingToSleep); read < 0) {
+        return read;
+    }
+    if (const int sent = sd_bus_emit_signal(sd_bus_message_get_bus(message), "/org/freedesktop/login1",
+                                            "org.freedesktop.login1.Manager", "PrepareForSleep", "b", goingToSleep);
+        sent < 0) {
+        return sent;
+    }
+    return sd_bus_reply_method_return(message, nullptr);
+}
+
+const sd_bus_vtable kStandInVtable[] = {
+    SD_BUS_VTABLE_START(0),
+    SD_BUS_METHOD("AnnounceSleep", "b", "", announceSleep, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_VTABLE_END,
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -69,6 +91,8 @@ int main(int argc, char** argv) {
     // logind resolves "auto" to the caller's session; the tests have only one caller.
     if (sd_bus_add_object_vtable(bus, nullptr, "/org/freedesktop/login1/session/auto",
                                  "org.freedesktop.login1.Session", kSessionVtable, &standIn) < 0 ||
+        sd_bus_add_object_vtable(bus, nullptr, "/org/freedesktop/login1", "org.vantle.LogindStandIn", kStandInVtable,
+                                 nullptr) < 0 ||
         sd_bus_request_name(bus, "org.freedesktop.login1", 0) < 0) {
         return 1;
     }

@@ -3,6 +3,7 @@
 #include <signal.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <systemd/sd-bus.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -87,6 +88,20 @@ bool StandInSystemBus::startLogind(const std::filesystem::path& root) {
 
 std::string StandInSystemBus::logindCalls() const {
     return readFile(folder_.path() / "logind_calls");
+}
+
+bool StandInSystemBus::announceSleep(bool goingToSleep) {
+    sd_bus* bus = nullptr;
+    if (sd_bus_open_system(&bus) < 0) {
+        return false;
+    }
+    sd_bus_error error = SD_BUS_ERROR_NULL;
+    const int called = sd_bus_call_method(bus, "org.freedesktop.login1", "/org/freedesktop/login1",
+                                          "org.vantle.LogindStandIn", "AnnounceSleep", &error, nullptr, "b",
+                                          static_cast<int>(goingToSleep));
+    sd_bus_error_free(&error);
+    sd_bus_flush_close_unref(bus);
+    return called >= 0;
 }
 
 void StandInSystemBus::freezeLogind() {

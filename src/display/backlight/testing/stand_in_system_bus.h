@@ -30,6 +30,9 @@ public:
     std::string logindCalls() const;
     // Stops the stand-in without ending it: it keeps its name but answers nothing.
     void freezeLogind();
+    // Has the stand-in announce PrepareForSleep(goingToSleep), as logind does before a suspend
+    // and after the wake; true once it was sent.
+    bool announceSleep(bool goingToSleep);
 
 private:
     TemporaryDirectory folder_;

@@ -1,11 +1,15 @@
 #include "display/ddc/testing/stand_in_ddc_bus.h"
 
 #include <algorithm>
+#include <deque>
 
 namespace vantle::ddc::testing {
 
 struct StandInDdcBus::MonitorRecord {
     StandInMonitor monitor;
+    bool attached = true;
+    // Found by the last detection, and so listed.
+    bool detected = false;
     std::chrono::milliseconds delay{0};
     bool held = false;
     bool failWrites = false;
@@ -21,7 +25,40 @@ struct StandInDdcBus::MonitorRecord {
 struct StandInDdcBus::Inner {
     mutable std::mutex mutex;
     mutable std::condition_variable changed;
-    std::vector<MonitorRecord> monitors;
+    // A deque, so that a monitor attached while a command waits leaves its record where it is.
+    std::deque<MonitorRecord> monitors;
+    bool everDetected = false;
+    bool searchesHeld = false;
+    int listings = 0;
+    int rescans = 0;
+    // Every rescan starts a new one; handles of an earlier one are lost.
+    std::uint64_t generation = 0;
+
+    // Waits out a hold, then records what answers now as found.
+    std::vector<DdcDisplayInfo> search(bool again) {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [&] { return !searchesHeld; });
+        if (again || !everDetected) {
+            everDetected = true;
+            for (MonitorRecord& record : monitors) {
+                record.detected = record.attached;
+            }
+        }
+        if (again) {
+            ++rescans;
+            ++generation;
+        } else {
+            ++listings;
+        }
+        changed.notify_all();
+        std::vector<DdcDisplayInfo> result;
+        for (std::size_t i = 0; i < monitors.size(); ++i) {
+            if (monitors[i].detected) {
+                result.push_back({i + 100, monitors[i].monitor.edid, monitors[i].monitor.connector});
+            }
+        }
+        return result;
+    }
 
     // Plays one command: marks the monitor busy, waits out its delay and any hold, then runs it.
     template <typename Command>
@@ -44,8 +81,8 @@ namespace {
 
 class StandInHandle final : public DdcMonitorHandle {
 public:
-    StandInHandle(std::shared_ptr<StandInDdcBus::Inner> inner, std::size_t index)
-        : inner_(std::move(inner)), index_(index) {}
+    StandInHandle(std::shared_ptr<StandInDdcBus::Inner> inner, std::size_t index, std::uint64_t generation)
+        : inner_(std::move(inner)), index_(index), generation_(generation) {}
     ~StandInHandle() override {
         std::lock_guard lock(inner_->mutex);
         ++inner_->monitors[index_].closes;
@@ -57,7 +94,7 @@ public:
     std::optional<VcpReading> read(std::uint8_t feature) override {
         return inner_->play(index_, [&](StandInDdcBus::MonitorRecord& record) -> std::optional<VcpReading> {
             ++record.reads;
-            if (feature != kLuminanceFeature) {
+            if (feature != kLuminanceFeature || !answers(record)) {
                 return std::nullopt;
             }
             return VcpReading{record.monitor.current, record.monitor.maximum};
@@ -67,7 +104,7 @@ public:
     bool write(std::uint8_t feature, std::uint16_t value) override {
         return inner_->play(index_, [&](StandInDdcBus::MonitorRecord& record) {
             ++record.writeAttempts;
-            if (record.failWrites || feature != kLuminanceFeature) {
+            if (record.failWrites || feature != kLuminanceFeature || !answers(record)) {
                 return false;
             }
             record.writes.push_back(value);
@@ -76,9 +113,20 @@ public:
         });
     }
 
+    bool lost() const override {
+        std::lock_guard lock(inner_->mutex);
+        return inner_->generation != generation_;
+    }
+
 private:
+    // Called with the bus locked.
+    bool answers(const StandInDdcBus::MonitorRecord& record) const {
+        return record.attached && inner_->generation == generation_;
+    }
+
     std::shared_ptr<StandInDdcBus::Inner> inner_;
     std::size_t index_;
+    std::uint64_t generation_;
 };
 
 }  // namespace
@@ -92,24 +140,56 @@ StandInDdcBus::StandInDdcBus(std::vector<StandInMonitor> monitors) : inner_(std:
 }
 
 std::vector<DdcDisplayInfo> StandInDdcBus::list() {
+    return inner_->search(false);
+}
+
+std::vector<DdcDisplayInfo> StandInDdcBus::rescan() {
+    return inner_->search(true);
+}
+
+std::size_t StandInDdcBus::attach(StandInMonitor monitor) {
     std::lock_guard lock(inner_->mutex);
-    std::vector<DdcDisplayInfo> result;
-    for (std::size_t i = 0; i < inner_->monitors.size(); ++i) {
-        const auto& monitor = inner_->monitors[i].monitor;
-        result.push_back({i + 100, monitor.edid, monitor.connector});
-    }
-    return result;
+    MonitorRecord record;
+    record.monitor = std::move(monitor);
+    inner_->monitors.push_back(std::move(record));
+    inner_->changed.notify_all();
+    return inner_->monitors.size() - 1;
+}
+
+void StandInDdcBus::detach(std::size_t monitor) {
+    change(monitor, [](MonitorRecord& record) { record.attached = false; });
+}
+
+void StandInDdcBus::holdSearches() {
+    std::lock_guard lock(inner_->mutex);
+    inner_->searchesHeld = true;
+}
+
+void StandInDdcBus::releaseSearches() {
+    std::lock_guard lock(inner_->mutex);
+    inner_->searchesHeld = false;
+    inner_->changed.notify_all();
+}
+
+int StandInDdcBus::listings() const {
+    std::lock_guard lock(inner_->mutex);
+    return inner_->listings;
+}
+
+int StandInDdcBus::rescans() const {
+    std::lock_guard lock(inner_->mutex);
+    return inner_->rescans;
 }
 
 std::unique_ptr<DdcMonitorHandle> StandInDdcBus::open(std::uint64_t token) {
     std::lock_guard lock(inner_->mutex);
-    if (token < 100 || token - 100 >= inner_->monitors.size()) {
+    if (token < 100 || token - 100 >= inner_->monitors.size() || !inner_->monitors[token - 100].attached) {
         return nullptr;
     }
     const std::size_t index = token - 100;
     ++inner_->monitors[index].opens;
     inner_->changed.notify_all();
-    return std::make_unique<StandInHandle>(inner_, index);
+    return std::make_unique<StandInHandle>(inner_, index, inner_->generation);
 }
 
 template <typename Change>

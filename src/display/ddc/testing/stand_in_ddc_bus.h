@@ -24,12 +24,27 @@ struct StandInMonitor {
 // A DDC bus with stand-in monitors, for testing everything around the library without a
 // monitor. Every command can be made slow, can be held until released, or can fail; what the
 // backend sent is recorded, and tests wait for it with a time limit instead of sleeping.
+//
+// Like the library, it finds the monitors once, when first listed: a monitor attached later
+// shows only after a rescan, and a rescan loses every handle opened before it. A monitor
+// detached answers no command any more and is not found by the next rescan.
 class StandInDdcBus final : public DdcBus {
 public:
     explicit StandInDdcBus(std::vector<StandInMonitor> monitors);
 
     std::vector<DdcDisplayInfo> list() override;
+    std::vector<DdcDisplayInfo> rescan() override;
     std::unique_ptr<DdcMonitorHandle> open(std::uint64_t token) override;
+
+    // A monitor plugged in on a bus of its own; returns its number for the calls below.
+    std::size_t attach(StandInMonitor monitor);
+    // The monitor is unplugged.
+    void detach(std::size_t monitor);
+    // Holds every listing and rescan until releaseSearches(), as a slow detection would.
+    void holdSearches();
+    void releaseSearches();
+    int listings() const;
+    int rescans() const;
 
     // How long every command to the monitor takes.
     void setDelay(std::size_t monitor, std::chrono::milliseconds delay);
