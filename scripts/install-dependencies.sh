@@ -32,6 +32,7 @@ packages=(
   valgrind                       # memcheck watches the toolkit's accesses as well as ours in one test
   dpkg-dev fakeroot              # the Debian package: its dependencies (dpkg-shlibdeps), a throwaway install
   desktop-file-utils appstream groff-base  # checks of the installed menu entry, metainfo and manual page
+  libplist-utils icnsutils       # the macOS bundle's Info.plist read back, its icon file made and listed
 )
 
 missing=()

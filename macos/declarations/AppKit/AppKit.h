@@ -35,3 +35,12 @@
 #if __has_include(<AppKit/NSApplication.h>)
 #import <AppKit/NSApplication.h>
 #endif
+#if __has_include(<AppKit/NSImage.h>)
+#import <AppKit/NSImage.h>
+#endif
+#if __has_include(<AppKit/NSView.h>)
+#import <AppKit/NSView.h>
+#endif
+#if __has_include(<AppKit/NSStatusBar.h>)
+#import <AppKit/NSStatusBar.h>
+#endif

@@ -45,3 +45,15 @@
 #if __has_include(<Foundation/NSBundle.h>)
 #import <Foundation/NSBundle.h>
 #endif
+#if __has_include(<Foundation/NSDate.h>)
+#import <Foundation/NSDate.h>
+#endif
+#if __has_include(<Foundation/NSRunLoop.h>)
+#import <Foundation/NSRunLoop.h>
+#endif
+#if __has_include(<Foundation/NSLocale.h>)
+#import <Foundation/NSLocale.h>
+#endif
+#if __has_include(<Foundation/NSData.h>)
+#import <Foundation/NSData.h>
+#endif

@@ -11,3 +11,8 @@
 @property(readonly) ObjectType firstObject;
 - (ObjectType)objectAtIndex:(NSUInteger)index;
 @end
+
+@interface NSMutableArray<ObjectType> : NSArray<ObjectType>
++ (instancetype)arrayWithCapacity:(NSUInteger)numItems;
+- (void)addObject:(ObjectType)anObject;
+@end

@@ -3,6 +3,7 @@
 
 #import <Foundation/NSObject.h>
 
+@class NSArray<ObjectType>;
 @class NSString;
 
 @interface NSBundle : NSObject
@@ -11,4 +12,14 @@
 @property(readonly, copy) NSString* bundleIdentifier;
 // The full path of the bundle's folder (the .app).
 @property(readonly, copy) NSString* bundlePath;
+// The folder of the bundle's resources (Contents/Resources of an application); nil when the
+// bundle has none.
+@property(readonly, copy) NSString* resourcePath;
+// The full path of the bundle's executable; nil when it has none.
+@property(readonly, copy) NSString* executablePath;
+// The bundle's localizations that the user's language list picks for it, most preferred first.
+@property(readonly, copy) NSArray<NSString*>* preferredLocalizations;
+// The value of a key of the bundle's Info.plist, localized where the bundle localizes it; nil
+// when the key is absent.
+- (id)objectForInfoDictionaryKey:(NSString*)key;
 @end

@@ -6,4 +6,10 @@
 
 @interface NSDistributedNotificationCenter : NSNotificationCenter
 @property(class, readonly, strong) NSDistributedNotificationCenter* defaultCenter;
+// Posts to every process of the user that observes the name; object must be a string. With
+// deliverImmediately, observers whose applications are suspended receive it at once as well.
+- (void)postNotificationName:(NSNotificationName)name
+                      object:(NSString*)object
+                    userInfo:(id)userInfo
+          deliverImmediately:(BOOL)deliverImmediately;
 @end

@@ -4,7 +4,11 @@
 #import <Foundation/NSObject.h>
 #import <Foundation/NSString.h>
 
+typedef NSString* NSErrorDomain;
+
 @interface NSError : NSObject
+@property(readonly, copy) NSErrorDomain domain;
+@property(readonly) NSInteger code;
 // A sentence for the user, in the user's language.
 @property(readonly, copy) NSString* localizedDescription;
 @end

@@ -8,4 +8,6 @@
 // Nil when the text is not a valid address.
 + (instancetype)URLWithString:(NSString*)URLString;
 + (NSURL*)fileURLWithPath:(NSString*)path isDirectory:(BOOL)isDir;
+// The address as text; nil only for an address that was never valid.
+@property(readonly, copy) NSString* absoluteString;
 @end
