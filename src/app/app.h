@@ -32,7 +32,7 @@ class HelpWindow;
 class LicenseWindow;
 class Popover;
 class SettingsWindow;
-class StatusItem;
+class StatusIcon;
 
 // The application: owns every object of the program for the life of the process, starts them in
 // order, carries the user's commands and brings every control into line with the state of the
@@ -168,7 +168,7 @@ private:
 
     // The interface. Windows are created once and only hidden afterwards.
     std::unique_ptr<QMenu> mainMenu_;
-    std::unique_ptr<StatusItem> statusItem_;
+    std::unique_ptr<StatusIcon> statusItem_;
     std::unique_ptr<Popover> popover_;
     std::unique_ptr<SettingsWindow> window_;
     std::unique_ptr<LicenseWindow> licenseWindow_;

@@ -18,7 +18,7 @@
 #include "ui/license_window_qt.h"
 #include "ui/popover_qt.h"
 #include "ui/settings_window_qt.h"
-#include "ui/status_item_qt.h"
+#include "ui/status_icon.h"
 
 namespace vantle {
 namespace {

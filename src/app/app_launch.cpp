@@ -16,7 +16,7 @@
 #include "ui/license_window_qt.h"
 #include "ui/popover_qt.h"
 #include "ui/settings_window_qt.h"
-#include "ui/status_item_qt.h"
+#include "ui/status_icon.h"
 
 namespace vantle {
 namespace {
@@ -94,7 +94,7 @@ void App::finishLaunching() {
     defaults_.registerDefaults({{std::string(settings::kLinked), true}});
     // A tray utility: closing its last window does not end it.
     QApplication::setQuitOnLastWindowClosed(false);
-    statusItem_ = std::make_unique<StatusItem>(mainBundle().resourceDirectory() / "tray", [this] { togglePopover(); });
+    statusItem_ = platform_.makeStatusIcon(mainBundle().resourceDirectory() / "tray", [this] { togglePopover(); });
     // Everything from here on comes after the icon's window, and before the event loop lets the
     // tray draw it or open its menu. The settings' controls lay out text, which loads the fonts.
     buildMainMenu();

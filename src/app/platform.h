@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -20,6 +21,7 @@
 #include "services/user_defaults.h"
 #include "services/workspace.h"
 #include "ui/appearance_source.h"
+#include "ui/status_icon.h"
 
 namespace vantle {
 
@@ -48,6 +50,10 @@ public:
     virtual KeyboardTrust& keyboardTrust() = 0;
     // The on-screen display's panels.
     virtual OsdPanelFactory& osdPanels() = 0;
+    // The program's icon in the tray or the menu bar, shown at once; artwork holds our own
+    // artwork of it at every size, and clicked opens or closes the popover.
+    virtual std::unique_ptr<StatusIcon> makeStatusIcon(const std::filesystem::path& artwork,
+                                                       std::function<void()> clicked) = 0;
     // The light or dark appearance; changed runs on the main thread after each change of it,
     // and nothing listens for changes when it is empty.
     virtual std::unique_ptr<AppearanceSource> makeAppearance(std::function<void()> changed) = 0;

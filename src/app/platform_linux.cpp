@@ -26,6 +26,7 @@
 #include "services/updates/updater_linux.h"
 #include "services/workspace_linux.h"
 #include "ui/appearance_linux.h"
+#include "ui/status_item_qt.h"
 
 namespace vantle {
 namespace {
@@ -88,6 +89,10 @@ public:
     ProcessRunner& processRunner() override { return processRunner_; }
     // The Dock belongs to macOS.
     bool dockAvailable() const override { return false; }
+    std::unique_ptr<StatusIcon> makeStatusIcon(const std::filesystem::path& artwork,
+                                               std::function<void()> clicked) override {
+        return std::make_unique<StatusItem>(artwork, std::move(clicked));
+    }
     // One copy per user and X display.
     std::unique_ptr<SingleInstance> makeSingleInstance() override {
         const char* display = std::getenv("DISPLAY");

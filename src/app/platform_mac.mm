@@ -21,6 +21,8 @@
 #include "services/updates/updater_mac.h"
 #include "services/workspace_mac.h"
 #include "ui/appearance_mac.h"
+#include "ui/status_button.h"
+#include "ui/status_item_mac.h"
 
 namespace vantle {
 namespace {
@@ -79,6 +81,18 @@ public:
     }
     ProcessRunner& processRunner() override { return processRunner_; }
     bool dockAvailable() const override { return true; }
+    // The menu bar's own status item, whose clicks the toolkit's tray icon cannot tell apart: a
+    // click opens the popover, a right click the main menu.
+    std::unique_ptr<StatusIcon> makeStatusIcon(const std::filesystem::path& artwork,
+                                               std::function<void()> clicked) override {
+        const std::filesystem::path image = artwork / "vantle-control-32.png";
+        return makeButtonStatusIcon(
+            [image](std::function<void()> onClick, std::function<void()> onContextClick) {
+                return std::make_unique<MacStatusItem>(image, "Vantle Control", std::move(onClick),
+                                                       std::move(onContextClick));
+            },
+            std::move(clicked));
+    }
     // One copy per user: a Mac has one graphical session per logged-in user.
     std::unique_ptr<SingleInstance> makeSingleInstance() override {
         return std::make_unique<MacSingleInstance>(bundleIdentifier());

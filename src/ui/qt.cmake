@@ -5,6 +5,7 @@ add_library(vantle_ui_qt STATIC
   ${CMAKE_CURRENT_LIST_DIR}/brand_qt.cpp
   ${CMAKE_CURRENT_LIST_DIR}/png_image_qt.cpp
   ${CMAKE_CURRENT_LIST_DIR}/status_item_qt.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/button_status_icon_qt.cpp
   ${CMAKE_CURRENT_LIST_DIR}/settings_window_qt.cpp
   ${CMAKE_CURRENT_LIST_DIR}/popover_qt.cpp
   ${CMAKE_CURRENT_LIST_DIR}/scrolled_content_qt.cpp

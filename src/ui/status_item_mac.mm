@@ -65,8 +65,11 @@ MacStatusItem::MacStatusItem(const std::filesystem::path& image, const std::stri
         item_->target = [[VantleStatusItemTarget alloc] initWithClicked:std::move(clicked)
                                                          contextClicked:std::move(contextClicked)];
         NSStatusBarButton* button = item_->statusItem.button;
-        NSString* file = text(image.string());
-        NSImage* artwork = file != nil ? [[NSImage alloc] initWithContentsOfFile:file] : nil;
+        NSImage* artwork = [NSImage imageWithSystemSymbolName:@"display.2" accessibilityDescription:text(description)];
+        if (artwork == nil) {
+            NSString* file = text(image.string());
+            artwork = file != nil ? [[NSImage alloc] initWithContentsOfFile:file] : nil;
+        }
         if (artwork != nil) {
             // Kept in proportion at the menu bar's height, whatever size the file was drawn at.
             const NSSize drawn = artwork.size;

@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <functional>
 
+#include "ui/status_icon.h"
+
 class QMenu;
 
 namespace vantle {
@@ -14,7 +16,7 @@ namespace vantle {
 // Made in two steps, so that the icon's window exists as early as possible. The tray draws the
 // icon, and its tooltip and menu can be asked for, only once the event loop runs: whatever
 // finish() sets before then is all the user ever sees.
-class StatusItem final : public QObject {
+class StatusItem final : public QObject, public StatusIcon {
 public:
     // Shows the icon at once, with our own "two displays" artwork at one size. iconFolder holds
     // that artwork at every size.
@@ -23,11 +25,10 @@ public:
     // Gives the icon its tooltip, its context menu and its final artwork: a theme icon named "vantle-control"
     // where the desktop's theme has one, else ours at every size. Called once, before the event
     // loop runs.
-    void finish(QMenu* menu);
+    void finish(QMenu* menu) override;
 
-    // Where the icon sits on the screen; empty while the tray has not placed it.
-    QRect geometry() const { return tray_.geometry(); }
-    bool visible() const { return tray_.isVisible(); }
+    QRect geometry() const override { return tray_.geometry(); }
+    bool visible() const override { return tray_.isVisible(); }
 
 private:
     std::filesystem::path iconFolder_;

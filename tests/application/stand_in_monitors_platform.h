@@ -34,6 +34,10 @@ public:
     std::unique_ptr<KeyTap> makeKeyTap() override { return real_->makeKeyTap(); }
     KeyboardTrust& keyboardTrust() override { return real_->keyboardTrust(); }
     OsdPanelFactory& osdPanels() override { return real_->osdPanels(); }
+    std::unique_ptr<StatusIcon> makeStatusIcon(const std::filesystem::path& artwork,
+                                               std::function<void()> clicked) override {
+        return real_->makeStatusIcon(artwork, std::move(clicked));
+    }
     std::unique_ptr<AppearanceSource> makeAppearance(std::function<void()> changed) override {
         return real_->makeAppearance(std::move(changed));
     }

@@ -10,6 +10,9 @@
 @interface NSImage : NSObject
 // Nil when the file cannot be read as an image.
 - (instancetype)initWithContentsOfFile:(NSString*)fileName;
+// One of the system's symbol images (macOS 11 and later), drawn as a template; nil when the
+// system has no symbol of that name.
++ (instancetype)imageWithSystemSymbolName:(NSString*)name accessibilityDescription:(NSString*)description;
 // Nil when the bytes are not an image of a known format.
 - (instancetype)initWithData:(NSData*)data;
 // The size in points at which the image is drawn.
