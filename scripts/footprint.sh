@@ -15,7 +15,7 @@ cd "$(dirname "$0")/.."
 idle=${1:-60}
 presses=${2:-200}
 build=${BUILD:-build/release}
-starts=10
+starts=20
 build=$(mkdir -p "$build" && cd "$build" && pwd)
 program=$build/bin/vantle-control
 latency_benchmark=$build/bin/key_latency_benchmark
