@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -62,6 +63,47 @@ TEST_F(VolumeControlPulseTest, CombinedDefaultOutputSetsEveryMemberLeaf) {
     }
     // The studio speakers are not part of the default output.
     EXPECT_NEAR(channel("studio", 0), 1.0f, kTolerance);
+}
+
+// A command acts on at most six devices: a combined output of six is driven whole, one of seven
+// not at all, on either server.
+TEST_F(VolumeControlPulseTest, ACombinedOutputOfSixDevicesIsDrivenAndOneOfSevenIsLeftAlone) {
+    std::string seven;
+    for (int device = 1; device <= 7; ++device) {
+        const std::string name = "room" + std::to_string(device);
+        pactl({"load-module", "module-null-sink", "sink_name=" + name});
+        seven += (device > 1 ? "," : "") + name;
+    }
+    const std::string six = seven.substr(0, seven.rfind(','));
+    const auto streams = [this] {
+        const std::string listed = pactl({"list", "short", "sink-inputs"});
+        return listed.empty() ? 0 : 1 + std::count(listed.begin(), listed.end(), '\n');
+    };
+    const auto combine = [&](const std::string& name, const std::string& members, long count) {
+        const long before = streams();
+        pactl({"load-module", "module-combine-sink", "sink_name=" + name, "slaves=" + members});
+        // PipeWire makes the streams into the members a moment after the sink.
+        for (int attempt = 0; attempt < 200 && streams() < before + count; ++attempt) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(25));
+        }
+        ASSERT_EQ(streams(), before + count);
+        pactl({"set-default-sink", name});
+    };
+
+    combine("six_rooms", six, 6);
+    EXPECT_EQ(control.devices().size(), 6u);
+    control.applyVolume(0.4f);
+    EXPECT_EQ(lastMessage(), L("s092", 6));
+    EXPECT_NEAR(channel("room6", 0), 0.4f, kTolerance);
+
+    combine("seven_rooms", seven, 7);
+    EXPECT_TRUE(control.devices().empty());
+    control.applyVolume(0.8f);
+    EXPECT_EQ(lastMessage(), L("s090"));
+    for (int device = 1; device <= 7; ++device) {
+        const std::string name = "room" + std::to_string(device);
+        EXPECT_NEAR(channel(name, 0), device <= 6 ? 0.4f : 1.0f, kTolerance) << name;
+    }
 }
 
 TEST_F(VolumeControlPulseTest, MuteAndUnmuteRestoreEachLeafsOwnLevels) {
