@@ -24,7 +24,6 @@ public:
     void hold(std::uint32_t crtc, GammaRamp ramp);
     // The CRTC is no longer held; its ramp is left as it is.
     void release(std::uint32_t crtc);
-    bool holdsAny() const { return !held_.empty(); }
 
     // Reads back every held CRTC's ramp, all requests sent before the first answer is awaited,
     // and writes the held ramp again where the CRTC shows another one. Returns the number of
