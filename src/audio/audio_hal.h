@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -97,6 +98,27 @@ public:
         return statuses;
     }
 
+    // Carries out steps of writes in their order, each step's writes as setDataBatch does
+    // (all of them, even after one fails); once a step has a failed write, no later step is
+    // carried out. Returns the statuses of the steps carried out, so it is shorter than steps
+    // when one failed before the last. A command that must not let one device hear a change
+    // after another refused it (a volume step across several devices) writes each device as a
+    // step. A backend that talks to a server checks every step it can before sending anything,
+    // stops at the first step that it already knows must fail, and sends the rest together; a
+    // refusal that only the server can give (a device gone since the reading) is learnt with the
+    // answers, after the later steps went out too, and is reported at its own position.
+    virtual std::vector<std::vector<Status>> setDataInSequence(const std::vector<std::vector<Write>>& steps) {
+        std::vector<std::vector<Status>> results;
+        for (const std::vector<Write>& step : steps) {
+            results.push_back(setDataBatch(step));
+            if (std::any_of(results.back().begin(), results.back().end(),
+                            [](Status status) { return status != kSuccess; })) {
+                break;
+            }
+        }
+        return results;
+    }
+
     // Whether the object has the property at all.
     virtual bool hasProperty(std::uint32_t object, const PropertyAddress& address) = 0;
 
@@ -109,12 +131,25 @@ public:
     // Scopes nest; only the outermost counts. Outside a scope every call reads afresh.
     virtual void beginSnapshot() {}
     virtual void endSnapshot() {}
+    // The same scope for a command that starts from the default output device and its own
+    // properties (a volume key): a backend may read that device alone first, and the rest of
+    // the hardware when something else is first asked or together with the command's writes.
+    virtual void beginSnapshotOfDefaultOutput() { beginSnapshot(); }
 };
 
 // Holds a snapshot scope open for the lifetime of the object.
 class AudioSnapshotScope {
 public:
-    explicit AudioSnapshotScope(AudioHal& hal) : hal_(hal) { hal_.beginSnapshot(); }
+    // What the command inside the scope asks about first.
+    enum class Start { everything, defaultOutput };
+
+    explicit AudioSnapshotScope(AudioHal& hal, Start start = Start::everything) : hal_(hal) {
+        if (start == Start::defaultOutput) {
+            hal_.beginSnapshotOfDefaultOutput();
+        } else {
+            hal_.beginSnapshot();
+        }
+    }
     ~AudioSnapshotScope() { hal_.endSnapshot(); }
     AudioSnapshotScope(const AudioSnapshotScope&) = delete;
     AudioSnapshotScope& operator=(const AudioSnapshotScope&) = delete;

@@ -71,7 +71,17 @@ struct LevelChange {
 // whether all of its writes succeeded.
 std::vector<bool> writeLevels(AudioHal& hal, const std::vector<LevelChange>& changes);
 
+// Writes the changes in their order as Output::write does, each change a step of
+// AudioHal::setDataInSequence: after a change with a failed write, no later change is written.
+// The result holds whether each change carried out succeeded, so it is shorter than changes
+// when one failed before the last.
+std::vector<bool> writeLevelsInSequence(AudioHal& hal, const std::vector<LevelChange>& changes);
+
 // Every device that can play sound, in the hardware's order; empty when the list cannot be read.
 std::vector<Output> outputs(AudioHal& hal);
+
+// The device with this id as outputs() describes it; empty when it cannot play sound (it has no
+// output streams, or does not exist).
+std::optional<Output> outputWithId(AudioHal& hal, std::uint32_t id);
 
 }  // namespace vantle

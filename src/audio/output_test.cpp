@@ -102,6 +102,34 @@ TEST_F(OutputTest, OneFailedWriteDoesNotStopTheOther) {
     EXPECT_EQ(hal.volume(19, 2), 0.9f);
 }
 
+TEST_F(OutputTest, ASequenceStopsAfterTheFirstChangeThatFails) {
+    hal.add(21, FakeAudioHal::plainDevice("One", "uid-21", {0.1f}, true));
+    hal.add(22, FakeAudioHal::plainDevice("Two", "uid-22", {0.2f, 0.2f}));
+    hal.add(23, FakeAudioHal::plainDevice("Three", "uid-23", {0.3f}, true));
+    const std::vector<Output> listed = outputs(hal);
+    hal.failWhen = [](const FakeAudioHal::Call& call) {
+        return call.operation == FakeAudioHal::Operation::SetData && call.object == 22 && call.address.element == 1;
+    };
+    const std::vector<bool> written = writeLevelsInSequence(
+        hal, {{&listed[0], {0.5f}}, {&listed[1], {0.5f, 0.5f}}, {&listed[2], {0.5f}}});
+    EXPECT_EQ(written, (std::vector<bool>{true, false}));
+    // The failing change still wrote all of its elements that it could; the third heard nothing.
+    EXPECT_EQ(hal.writes, (std::vector<FakeAudioHal::Write>{{21, 0, 0.5f}, {22, 2, 0.5f}}));
+    EXPECT_EQ(hal.volume(23, 0), 0.3f);
+}
+
+TEST_F(OutputTest, ASequenceEndsAtAChangeWithTheWrongNumberOfLevels) {
+    hal.add(21, FakeAudioHal::plainDevice("One", "uid-21", {0.1f}, true));
+    hal.add(22, FakeAudioHal::plainDevice("Two", "uid-22", {0.2f, 0.2f}));
+    hal.add(23, FakeAudioHal::plainDevice("Three", "uid-23", {0.3f}, true));
+    const std::vector<Output> listed = outputs(hal);
+    const std::vector<bool> written =
+        writeLevelsInSequence(hal, {{&listed[0], {0.5f}}, {&listed[1], {0.5f}}, {&listed[2], {0.5f}}});
+    EXPECT_EQ(written, (std::vector<bool>{true, false}));
+    EXPECT_EQ(hal.writes, (std::vector<FakeAudioHal::Write>{{21, 0, 0.5f}}));
+    EXPECT_TRUE(writeLevelsInSequence(hal, {}).empty());
+}
+
 TEST_F(OutputTest, LevelsLeaveOutAFailedRead) {
     hal.add(20, FakeAudioHal::plainDevice("Stereo", "uid-20", {0.1f, 0.2f}));
     const Output output = outputs(hal).at(0);

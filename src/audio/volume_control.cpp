@@ -23,15 +23,21 @@ std::vector<Output> VolumeControl::aggregates() {
 
 std::vector<Output> VolumeControl::devices() {
     AudioSnapshotScope snapshot(hal_);
-    std::vector<Output> all = outputs(hal_);
     const std::uint32_t defaultDevice =
         scalar<std::uint32_t>(hal_, audio::kSystemObject,
                               address(audio::kDefaultOutputDevice, audio::kScopeGlobal, audio::kMainElement), 0)
             .value_or(0);
     const std::vector<std::uint32_t> leaves =
         ControlPlan::audioLeaves(defaultDevice, [this](std::uint32_t id) { return members(id); });
+    if (leaves.size() == 1 && leaves.front() == defaultDevice) {
+        // A plain default output is its own leaf and is always among the hardware's devices:
+        // one device has no order to take from the list, so the list is not read. A volume key
+        // then asks the hardware about that device alone before it writes.
+        std::optional<Output> output = outputWithId(hal_, defaultDevice);
+        return output ? std::vector<Output>{std::move(*output)} : std::vector<Output>{};
+    }
     std::vector<Output> kept;
-    for (Output& output : all) {
+    for (Output& output : outputs(hal_)) {
         if (std::binary_search(leaves.begin(), leaves.end(), output.id)) {
             kept.push_back(std::move(output));
         }
@@ -66,24 +72,28 @@ void VolumeControl::applyVolume(float level) {
     for (const Output& device : leaves) {
         before.push_back(device.levels(hal_));
     }
-    // One device at a time (its elements together): a device that refuses stops the command
-    // before the next device hears the new level.
+    // One device after another (its elements together): a device that refuses stops the
+    // command before the next device hears the new level.
+    std::vector<LevelChange> changes;
+    changes.reserve(leaves.size());
     for (const Output& device : leaves) {
-        if (!device.write(hal_, std::vector<float>(device.elements.size(), level))) {
-            // Undo what was written so that the devices never play at different levels. Every
-            // device whose snapshot is complete is written back, including the failed one,
-            // whose other elements may have taken the new level.
-            std::vector<LevelChange> rollback;
-            for (std::size_t index = 0; index < leaves.size(); ++index) {
-                if (!before[index].empty() && before[index].size() == leaves[index].elements.size()) {
-                    rollback.push_back({&leaves[index], before[index]});
-                }
+        changes.push_back({&device, std::vector<float>(device.elements.size(), level)});
+    }
+    const std::vector<bool> written = writeLevelsInSequence(hal_, changes);
+    if (written.size() != leaves.size() || std::find(written.begin(), written.end(), false) != written.end()) {
+        // Undo what was written so that the devices never play at different levels. Every
+        // device whose snapshot is complete is written back, including the failed one, whose
+        // other elements may have taken the new level.
+        std::vector<LevelChange> rollback;
+        for (std::size_t index = 0; index < leaves.size(); ++index) {
+            if (!before[index].empty() && before[index].size() == leaves[index].elements.size()) {
+                rollback.push_back({&leaves[index], before[index]});
             }
-            writeLevels(hal_, rollback);
-            show(L("s091"));
-            refresh_();
-            return;
         }
+        writeLevels(hal_, rollback);
+        show(L("s091"));
+        refresh_();
+        return;
     }
     // A new level ends the mute memory of the devices it reached: a later unmute must not
     // bring back their old level.

@@ -66,6 +66,32 @@ TEST_F(VolumeControlTest, PlainDefaultDeviceIsTheOnlyLeaf) {
     EXPECT_EQ(refreshes, 1);
 }
 
+TEST_F(VolumeControlTest, APlainDefaultDeviceIsFoundWithoutTheDeviceList) {
+    hal.add(3, FakeAudioHal::plainDevice("Other", "uid-3", {0.5f}, true));
+    hal.add(4, FakeAudioHal::plainDevice("Speakers", "uid-4", {0.5f, 0.5f}));
+    hal.defaultOutput = 4;
+    hal.failWhen = [](const FakeAudioHal::Call& call) {
+        return call.object == audio::kSystemObject && call.address.selector == audio::kDevices;
+    };
+    EXPECT_EQ(control.devices(), (std::vector<Output>{{4, "uid-4", "Speakers", {1, 2}}}));
+    // An aggregate's leaves keep the list's order, so they still need it.
+    hal.defaultOutput = std::nullopt;
+    addThreeDeviceAggregate();
+    EXPECT_TRUE(control.devices().empty());
+    hal.failWhen = nullptr;
+    EXPECT_EQ(control.devices().size(), 3u);
+}
+
+TEST_F(VolumeControlTest, APlainDefaultDeviceWithoutOutputStreamsIsNoLeaf) {
+    hal.add(4, FakeAudioHal::plainDevice("Microphone", "uid-4", {0.5f}, true));
+    hal.devices[4].outputStreams = 0;
+    hal.defaultOutput = 4;
+    EXPECT_TRUE(control.devices().empty());
+    control.applyVolume(0.3f);
+    EXPECT_TRUE(hal.writes.empty());
+    EXPECT_EQ(lastMessage(), L("s090"));
+}
+
 TEST_F(VolumeControlTest, NestedAggregateSetsAllThreeLeavesToOneLevel) {
     addNestedAggregate();
     const std::vector<Output> leaves = control.devices();

@@ -43,8 +43,12 @@ void MediaKeyHandler::handleMediaKey(int key, bool fine, bool repeated) {
     }
     // One reading of the sound hardware serves the whole press: the level to move from, the
     // change, the controls' refresh and the display, which see the change as written. A press
-    // then costs one wait for the reading and one for the writes.
-    AudioSnapshotScope snapshot(hal_);
+    // then costs one wait for the reading and one for the writes. The reading starts from the
+    // default output, which is all that a step or a mute asks about before writing; an unmute
+    // restores every remembered device, so it reads them all from the start.
+    const bool unmuting = key == kMute && !repeated && volume_.muted();
+    AudioSnapshotScope snapshot(hal_, unmuting ? AudioSnapshotScope::Start::everything
+                                               : AudioSnapshotScope::Start::defaultOutput);
     if (key == kMute) {
         // A held mute key toggles once; its repeats only show the display again.
         if (!repeated) {

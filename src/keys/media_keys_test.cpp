@@ -85,6 +85,17 @@ TEST_F(MediaKeyHandlerTest, AVolumeOrMuteKeyReadsTheSoundHardwareOnceForItsWhole
     EXPECT_NEAR(volume(), 0.5f, 1e-6);
 }
 
+TEST_F(MediaKeyHandlerTest, OnlyAnUnmuteReadsMoreThanTheDefaultOutputFirst) {
+    std::vector<int> startingFromTheDefaultOutput;
+    for (int key : {kSoundUp, kSoundDown, kMute, kMute}) {
+        const int before = hal.defaultOutputReadings;
+        handler.handleMediaKey(key, false, false);
+        startingFromTheDefaultOutput.push_back(hal.defaultOutputReadings - before);
+    }
+    // The second mute is an unmute: it restores every remembered device, wherever it is.
+    EXPECT_EQ(startingFromTheDefaultOutput, (std::vector<int>{1, 1, 1, 0}));
+}
+
 TEST_F(MediaKeyHandlerTest, SoundUpNearTheTopStopsAtFull) {
     hal.devices[10].elements[0].volume = 0.97f;
     handler.handleMediaKey(kSoundUp, false, false);

@@ -88,6 +88,16 @@ std::uint32_t SoundServerTest::sinkIdOf(const std::string& sinkName) {
     return 0;
 }
 
+bool SoundServerTest::untilSeen(const std::function<bool()>& seen) {
+    for (int attempt = 0; attempt < 500; ++attempt) {
+        if (seen()) {
+            return true;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return seen();
+}
+
 bool SoundServerTest::onPipeWire() {
     const char* kind = std::getenv("VANTLE_SOUND_SERVER");
     return kind != nullptr && std::string(kind) == "pipewire";

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -39,6 +40,11 @@ protected:
 
     // Whether the server is PipeWire's rather than PulseAudio.
     static bool onPipeWire();
+    // PipeWire's pulse server keeps a view of the graph for each client and brings each view up
+    // to date on its own, so a change that pactl made, and sees, reaches a client that was
+    // already connected a moment later. Waits (up to 5 s) until seen() holds for that client;
+    // false if it never does.
+    static bool untilSeen(const std::function<bool()>& seen);
     // Loads a virtual source by the module each server has for it; returns the module's index.
     static std::string loadNullSource(const std::string& name);
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <thread>
 
 #include "audio/pulse/audio_hal_pulse.h"
@@ -88,6 +89,7 @@ TEST_F(VolumeControlPulseTest, ACombinedOutputOfSixDevicesIsDrivenAndOneOfSevenI
         }
         ASSERT_EQ(streams(), before + count);
         pactl({"set-default-sink", name});
+        ASSERT_TRUE(untilSeen([&] { return defaultOutput(hal) == sinkIdOf(name); }));
     };
 
     combine("six_rooms", six, 6);
@@ -131,6 +133,7 @@ TEST_F(VolumeControlPulseTest, MuteAndUnmuteRestoreEachLeafsOwnLevels) {
 TEST_F(VolumeControlPulseTest, ChangeByAnotherProgramIsTheStartOfTheNextCommand) {
     control.applyVolume(0.5f);
     pactl({"set-sink-volume", "studio", "13107"});  // 0.2
+    ASSERT_TRUE(untilSeen([&] { return std::abs(channel("studio", 0) - 0.2f) < kTolerance; }));
     control.toggleMute();
     EXPECT_NEAR(control.saved().at("studio").at(0), 0.2f, kTolerance);
 }

@@ -19,14 +19,6 @@ using pulse::PulseConnection;
 using pulse::PulseSink;
 using pulse::PulseSnapshot;
 
-namespace {
-
-std::unique_ptr<PulseSnapshot> owned(std::optional<PulseSnapshot> snapshot) {
-    return snapshot ? std::make_unique<PulseSnapshot>(std::move(*snapshot)) : nullptr;
-}
-
-}  // namespace
-
 PulseAudioHal::PulseAudioHal(std::optional<std::string> server, std::chrono::milliseconds timeout)
     : connection_(std::make_unique<PulseConnection>(std::move(server), timeout)) {}
 
@@ -71,48 +63,92 @@ AudioHal::Status PulseAudioHal::setData(std::uint32_t object, const PropertyAddr
 }
 
 std::vector<AudioHal::Status> PulseAudioHal::setDataBatch(const std::vector<Write>& writes) {
-    std::vector<Status> statuses(writes.size(), kStatusNotRunning);
     if (writes.empty()) {
+        return {};
+    }
+    return setDataInSequence({writes}).front();
+}
+
+std::vector<std::vector<AudioHal::Status>> PulseAudioHal::setDataInSequence(
+    const std::vector<std::vector<Write>>& steps) {
+    std::vector<std::vector<Status>> statuses;
+    if (steps.empty()) {
         return statuses;
     }
     // Reading the current volumes and writing the new ones share one time limit.
     const auto deadline = connection_->deadlineFromNow();
     PulseSnapshot* snapshot = currentSnapshot(deadline);
+    const auto answeredByReading = [&] {
+        for (const std::vector<Write>& step : steps) {
+            for (const Write& write : step) {
+                if (!pulse::answeredByDefaultSink(*snapshot, write.object, write.address)) {
+                    return false;
+                }
+            }
+        }
+        return true;
+    };
+    if (snapshot != nullptr && snapshot->defaultSinkOnly && !answeredByReading()) {
+        snapshot = completeScopeSnapshot(deadline);
+    }
     if (snapshot == nullptr) {
+        statuses.emplace_back(steps.front().size(), kStatusNotRunning);
         return statuses;
     }
-    // Several writes to one sink (one per channel, say) become one request with their sum.
+    // Every step is checked against the reading before anything is sent, and the first one
+    // that fails ends the sequence there. Several writes to one sink (one per channel, say)
+    // become one request with their sum.
     std::vector<SinkChange> changes;
-    for (std::size_t index = 0; index < writes.size(); ++index) {
-        statuses[index] = stage(*snapshot, writes[index], index, changes);
+    for (std::size_t step = 0; step < steps.size(); ++step) {
+        std::vector<Status>& results = statuses.emplace_back(steps[step].size(), kStatusNotRunning);
+        for (std::size_t index = 0; index < steps[step].size(); ++index) {
+            results[index] = stage(*snapshot, steps[step][index], {step, index}, changes);
+        }
+        if (std::any_of(results.begin(), results.end(), [](Status status) { return status != kSuccess; })) {
+            break;
+        }
+    }
+    if (changes.empty()) {
+        return statuses;
     }
     std::vector<pulse::PulseConnection::SinkVolume> requests;
     requests.reserve(changes.size());
     for (const SinkChange& change : changes) {
         requests.push_back({change.sink->index, change.sink->channelVolumes});
     }
-    const std::vector<bool> confirmed = connection_->setSinkVolumes(requests, deadline);
+    // A reading of the default sink alone is completed by the writes' own exchange: the rest
+    // comes in the same wait, after the server has carried out the writes.
+    const bool completeWithWrites = snapshot->defaultSinkOnly;
+    pulse::PulseConnection::Exchange outcome =
+        completeWithWrites ? connection_->setSinkVolumesThenRead(requests, deadline)
+                           : pulse::PulseConnection::Exchange{connection_->setSinkVolumes(requests, deadline), {}};
     for (std::size_t position = 0; position < changes.size(); ++position) {
-        if (confirmed[position]) {
+        const SinkChange& change = changes[position];
+        if (outcome.confirmed[position]) {
+            if (snapshotDepth_ > 0) {
+                writtenInScope_[change.sink->index] = change.sink->channelVolumes;
+            }
             continue;
         }
         // The server kept its old values: so do we, for reads later in the scope and for the
         // balance that a silenced sink gets back.
-        const SinkChange& change = changes[position];
         change.sink->channelVolumes = change.volumesBefore;
         if (change.balanceBefore) {
             balanceBeforeSilence_[change.sink->name] = *change.balanceBefore;
         } else {
             balanceBeforeSilence_.erase(change.sink->name);
         }
-        for (std::size_t index : change.writes) {
-            statuses[index] = kStatusUnspecified;
+        for (const WritePosition& write : change.writes) {
+            statuses[write.step][write.index] = kStatusUnspecified;
         }
+    }
+    if (completeWithWrites && outcome.reading) {
+        scopeSnapshot_ = adopt(std::move(outcome.reading));
     }
     return statuses;
 }
 
-AudioHal::Status PulseAudioHal::stage(PulseSnapshot& snapshot, const Write& write, std::size_t index,
+AudioHal::Status PulseAudioHal::stage(PulseSnapshot& snapshot, const Write& write, WritePosition position,
                                       std::vector<SinkChange>& changes) {
     PropertyValue current;
     const Status status = pulse::readProperty(snapshot, write.object, write.address, current);
@@ -144,7 +180,7 @@ AudioHal::Status PulseAudioHal::stage(PulseSnapshot& snapshot, const Write& writ
         }
         change = changes.insert(changes.end(), std::move(first));
     }
-    change->writes.push_back(index);
+    change->writes.push_back(position);
     rememberBalance(*sink, write.address.element, *volumes);
     // Staged as if the server had taken it: the next write to the same sink builds on it, and a
     // read later in the same scope returns what was written rather than the reading from before.
@@ -186,13 +222,28 @@ AudioHal::Status PulseAudioHal::isSettable(std::uint32_t object, const PropertyA
 
 void PulseAudioHal::beginSnapshot() {
     if (snapshotDepth_++ == 0) {
-        scopeSnapshot_ = owned(connection_->fetchSnapshot(connection_->deadlineFromNow()));
+        scopeSnapshot_ = adopt(connection_->fetchSnapshot(connection_->deadlineFromNow()));
+    }
+}
+
+void PulseAudioHal::beginSnapshotOfDefaultOutput() {
+    if (snapshotDepth_++ != 0) {
+        return;
+    }
+    const auto deadline = connection_->deadlineFromNow();
+    if (!defaultWasCombined_) {
+        scopeSnapshot_ = adopt(connection_->fetchDefaultSink(deadline));
+    }
+    // Also without a default sink, which the short reading cannot tell from a failure.
+    if (scopeSnapshot_ == nullptr) {
+        scopeSnapshot_ = adopt(connection_->fetchSnapshot(deadline));
     }
 }
 
 void PulseAudioHal::endSnapshot() {
     if (snapshotDepth_ > 0 && --snapshotDepth_ == 0) {
         scopeSnapshot_.reset();
+        writtenInScope_.clear();
     }
 }
 
@@ -202,12 +253,39 @@ PulseSnapshot* PulseAudioHal::currentSnapshot(std::chrono::steady_clock::time_po
     if (snapshotDepth_ > 0) {
         return scopeSnapshot_.get();
     }
-    unscopedSnapshot_ = owned(connection_->fetchSnapshot(deadline));
+    unscopedSnapshot_ = adopt(connection_->fetchSnapshot(deadline));
     return unscopedSnapshot_.get();
 }
 
+PulseSnapshot* PulseAudioHal::completeScopeSnapshot(std::chrono::steady_clock::time_point deadline) {
+    if (scopeSnapshot_ != nullptr && scopeSnapshot_->defaultSinkOnly) {
+        // A failure here fails every read of the scope from now on, as a failed first reading does.
+        scopeSnapshot_ = adopt(connection_->fetchSnapshot(deadline));
+    }
+    return scopeSnapshot_.get();
+}
+
+std::unique_ptr<PulseSnapshot> PulseAudioHal::adopt(std::optional<PulseSnapshot> reading) {
+    if (!reading) {
+        return nullptr;
+    }
+    for (const auto& [index, volumes] : writtenInScope_) {
+        PulseSink* sink = reading->sinkWithId(pulse::sinkDeviceId(index));
+        if (sink != nullptr && sink->channelVolumes.size() == volumes.size()) {
+            sink->channelVolumes = volumes;
+        }
+    }
+    const PulseSink* defaultSink = reading->sinkWithName(reading->defaultSinkName);
+    defaultWasCombined_ = defaultSink != nullptr && reading->isCombined(*defaultSink);
+    return std::make_unique<PulseSnapshot>(std::move(*reading));
+}
+
 AudioHal::Status PulseAudioHal::read(std::uint32_t object, const PropertyAddress& address, PropertyValue& value) {
-    const PulseSnapshot* snapshot = currentSnapshot(connection_->deadlineFromNow());
+    const auto deadline = connection_->deadlineFromNow();
+    const PulseSnapshot* snapshot = currentSnapshot(deadline);
+    if (snapshot != nullptr && snapshot->defaultSinkOnly && !pulse::answeredByDefaultSink(*snapshot, object, address)) {
+        snapshot = completeScopeSnapshot(deadline);
+    }
     if (snapshot == nullptr) {
         return kStatusNotRunning;
     }

@@ -45,6 +45,7 @@ public:
     Status setData(std::uint32_t object, const PropertyAddress& address, std::uint32_t size,
                    const void* data) override;
     std::vector<Status> setDataBatch(const std::vector<Write>& writes) override;
+    std::vector<std::vector<Status>> setDataInSequence(const std::vector<std::vector<Write>>& steps) override;
     bool hasProperty(std::uint32_t object, const PropertyAddress& address) override;
     Status isSettable(std::uint32_t object, const PropertyAddress& address, bool& settable) override;
 
@@ -52,6 +53,11 @@ public:
     // scope fails at once instead of waiting on the server again.
     void beginSnapshot() override;
     void endSnapshot() override;
+    // The scope's reading starts as the default sink alone, a fraction of the whole; a property
+    // it cannot answer, or the first writes (which take the whole reading with them), complete
+    // it. A default output that was combined at the last reading is read whole from the start,
+    // since its members are found through the streams.
+    void beginSnapshotOfDefaultOutput() override;
 
     // Requests that went to the server so far: one per reading of its state, one per batch of
     // writes.
@@ -60,18 +66,29 @@ public:
 private:
     // A sink that writes of one batch change: its values before them, its remembered balance
     // before them, and the writes' positions in the batch.
+    // A write's place: its step and its position in the step.
+    struct WritePosition {
+        std::size_t step = 0;
+        std::size_t index = 0;
+    };
     struct SinkChange {
         pulse::PulseSink* sink = nullptr;
         std::vector<std::uint32_t> volumesBefore;
         std::optional<std::vector<std::uint32_t>> balanceBefore;
-        std::vector<std::size_t> writes;
+        std::vector<WritePosition> writes;
     };
     // Checks one write and applies it to the reading; its status, and the sink's change noted.
-    Status stage(pulse::PulseSnapshot& snapshot, const Write& write, std::size_t index, std::vector<SinkChange>& changes);
+    Status stage(pulse::PulseSnapshot& snapshot, const Write& write, WritePosition position,
+                 std::vector<SinkChange>& changes);
 
     // The state to answer from: the scope's reading, or a fresh one outside a scope. Null when
     // the server could not be read.
     pulse::PulseSnapshot* currentSnapshot(std::chrono::steady_clock::time_point deadline);
+    // The scope's reading made whole when it holds the default sink alone.
+    pulse::PulseSnapshot* completeScopeSnapshot(std::chrono::steady_clock::time_point deadline);
+    // A new reading for the scope, with what the scope wrote laid over it, so that reads return
+    // what was written; also notes whether its default output is combined.
+    std::unique_ptr<pulse::PulseSnapshot> adopt(std::optional<pulse::PulseSnapshot> reading);
     Status read(std::uint32_t object, const PropertyAddress& address, pulse::PropertyValue& value);
     void rememberBalance(const pulse::PulseSink& sink, std::uint32_t element, const std::vector<std::uint32_t>& written);
 
@@ -79,6 +96,10 @@ private:
     int snapshotDepth_ = 0;
     std::unique_ptr<pulse::PulseSnapshot> scopeSnapshot_;
     std::unique_ptr<pulse::PulseSnapshot> unscopedSnapshot_;
+    // The channel volumes the server confirmed within the current scope, by sink index.
+    std::map<std::uint32_t, std::vector<std::uint32_t>> writtenInScope_;
+    // Whether the default output was a combined sink at the last reading.
+    bool defaultWasCombined_ = false;
     // The channel volumes of sinks that we silenced through their main element, by sink name.
     // The server cannot keep a balance at zero, as the macOS hardware layer does, so we keep it
     // here and give it back when the main element is raised again (after a mute, say). It lives

@@ -9,7 +9,6 @@
 #include <memory>
 #include <utility>
 
-#include "audio/pulse/pulse_requests.h"
 
 namespace vantle::pulse {
 namespace {
@@ -59,66 +58,85 @@ PulseConnection::~PulseConnection() {
 }
 
 std::optional<PulseSnapshot> PulseConnection::fetchSnapshot(Clock::time_point deadline) {
-    if (!ensureConnected(deadline)) {
-        return std::nullopt;
+    return exchange({}, ReadingExtent::whole, deadline).reading;
+}
+
+std::optional<PulseSnapshot> PulseConnection::fetchDefaultSink(Clock::time_point deadline) {
+    return exchange({}, ReadingExtent::defaultSink, deadline).reading;
+}
+
+std::vector<bool> PulseConnection::setSinkVolumes(const std::vector<SinkVolume>& volumes, Clock::time_point deadline) {
+    return exchange(volumes, std::nullopt, deadline).confirmed;
+}
+
+PulseConnection::Exchange PulseConnection::setSinkVolumesThenRead(const std::vector<SinkVolume>& volumes,
+                                                                  Clock::time_point deadline) {
+    return exchange(volumes, ReadingExtent::whole, deadline);
+}
+
+PulseConnection::Exchange PulseConnection::exchange(const std::vector<SinkVolume>& volumes,
+                                                    std::optional<ReadingExtent> reading, Clock::time_point deadline) {
+    Exchange outcome{std::vector<bool>(volumes.size(), false), std::nullopt};
+    if ((volumes.empty() && !reading) || !ensureConnected(deadline)) {
+        return outcome;
     }
     ++roundTrips_;
-    std::optional<PulseSnapshot> snapshot;
+    bool withSources = false;
+    bool withModules = false;
+    if (reading) {
+        withSources = *reading == ReadingExtent::whole && (stale_.sources || !sources_);
+        withModules = stale_.modules || !combiningModules_;
+        // Cleared before asking: a change reported while the answer is on its way marks the
+        // list for the next reading again.
+        stale_.sources = stale_.sources && !withSources;
+        stale_.modules = stale_.modules && !withModules;
+    }
     bool abandoned = false;
-    const bool withSources = stale_.sources || !sources_;
-    const bool withModules = stale_.modules || !combiningModules_;
-    // Cleared before asking: a change reported while the answer is on its way marks the list
-    // for the next reading again.
-    stale_ = StaleLists{false, false};
     {
-        SnapshotRequest request(context_, withSources, withModules);
-        abandoned = !request.sent() || !runUntil([&] { return request.finished(); }, deadline);
+        // The requests keep their own address for the server's answers, so they are not moved.
+        // The writes go first: the server carries them out before it starts on the reading.
+        std::vector<std::unique_ptr<VolumeRequest>> writes;
+        writes.reserve(volumes.size());
+        for (const SinkVolume& volume : volumes) {
+            writes.push_back(std::make_unique<VolumeRequest>(context_, volume.sinkIndex, volume.channelVolumes));
+        }
+        std::optional<SnapshotRequest> request;
+        if (reading) {
+            request.emplace(context_, *reading, withSources, withModules);
+        }
+        const auto allAnswered = [&] {
+            return std::all_of(writes.begin(), writes.end(),
+                               [](const std::unique_ptr<VolumeRequest>& write) {
+                                   return !write->sent() || write->finished();
+                               }) &&
+                   (!request || !request->sent() || request->finished());
+        };
+        abandoned = !runUntil(allAnswered, deadline);
         if (!abandoned) {
-            snapshot = request.result();
+            for (std::size_t index = 0; index < writes.size(); ++index) {
+                outcome.confirmed[index] = writes[index]->sent() && writes[index]->succeeded();
+            }
+            if (request && request->sent()) {
+                outcome.reading = request->result();
+            }
         }
     }
-    if (!snapshot) {
-        stale_ = StaleLists{true, true};
-    } else {
-        keepOrReuse(withSources, sources_, snapshot->sources);
-        keepOrReuse(withModules, combiningModules_, snapshot->combiningModules);
+    if (reading) {
+        if (!outcome.reading) {
+            stale_ = StaleLists{true, true};
+        } else {
+            if (*reading == ReadingExtent::whole) {
+                keepOrReuse(withSources, sources_, outcome.reading->sources);
+            }
+            keepOrReuse(withModules, combiningModules_, outcome.reading->combiningModules);
+        }
     }
     if (abandoned) {
         // A server that missed the deadline may still answer later; a fresh connection keeps
         // those late answers from being taken for the next request's.
         disconnect();
     }
-    return snapshot;
-}
-
-std::vector<bool> PulseConnection::setSinkVolumes(const std::vector<SinkVolume>& volumes, Clock::time_point deadline) {
-    std::vector<bool> confirmed(volumes.size(), false);
-    if (volumes.empty() || !ensureConnected(deadline)) {
-        return confirmed;
-    }
-    ++roundTrips_;
-    bool abandoned = false;
-    {
-        // The requests keep their own address for the server's answers, so they are not moved.
-        std::vector<std::unique_ptr<VolumeRequest>> requests;
-        requests.reserve(volumes.size());
-        for (const SinkVolume& volume : volumes) {
-            requests.push_back(std::make_unique<VolumeRequest>(context_, volume.sinkIndex, volume.channelVolumes));
-        }
-        const auto allAnswered = [&] {
-            return std::all_of(requests.begin(), requests.end(), [](const std::unique_ptr<VolumeRequest>& request) {
-                return !request->sent() || request->finished();
-            });
-        };
-        abandoned = !runUntil(allAnswered, deadline);
-        for (std::size_t index = 0; index < requests.size() && !abandoned; ++index) {
-            confirmed[index] = requests[index]->sent() && requests[index]->succeeded();
-        }
-    }
-    if (abandoned) {
-        disconnect();
-    }
-    return confirmed;
+    return outcome;
 }
 
 bool PulseConnection::ensureConnected(Clock::time_point deadline) {

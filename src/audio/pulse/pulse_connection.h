@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "audio/pulse/pulse_requests.h"
 #include "audio/pulse/pulse_snapshot.h"
 
 struct pa_context;
@@ -46,6 +47,10 @@ public:
     // which modules combine sinks and changes when a module is loaded or unloaded.
     std::optional<PulseSnapshot> fetchSnapshot(Clock::time_point deadline);
 
+    // The default sink alone, with the combining modules (read again only after a change, as
+    // above): the reading a volume key starts from. Empty also when there is no default sink.
+    std::optional<PulseSnapshot> fetchDefaultSink(Clock::time_point deadline);
+
     // Every channel of one sink.
     struct SinkVolume {
         std::uint32_t sinkIndex = 0;
@@ -55,6 +60,16 @@ public:
     // Sets the sinks' channels, all requests sent together and their answers awaited together;
     // true at a sink's position once the server confirmed its change.
     std::vector<bool> setSinkVolumes(const std::vector<SinkVolume>& volumes, Clock::time_point deadline);
+
+    // What one exchange with the server brought back.
+    struct Exchange {
+        std::vector<bool> confirmed;
+        std::optional<PulseSnapshot> reading;
+    };
+
+    // The same writes with a whole reading asked for right behind them: the server answers in
+    // order, so the reading already holds the changes, and both cost one wait.
+    Exchange setSinkVolumesThenRead(const std::vector<SinkVolume>& volumes, Clock::time_point deadline);
 
     // Requests sent and waited for, counting a batch sent together as one.
     std::uint64_t roundTrips() const { return roundTrips_; }
@@ -66,6 +81,9 @@ public:
     };
 
 private:
+    // Sends the writes, then the reading when one is asked for, and waits once for every answer.
+    Exchange exchange(const std::vector<SinkVolume>& volumes, std::optional<ReadingExtent> reading,
+                      Clock::time_point deadline);
     bool ensureConnected(Clock::time_point deadline);
     void disconnect();
     // Runs the main loop until done() holds; false when the time is up or the connection broke.

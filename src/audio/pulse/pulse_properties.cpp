@@ -143,6 +143,17 @@ AudioHal::Status readProperty(const PulseSnapshot& snapshot, std::uint32_t objec
     return kStatusBadObject;
 }
 
+bool answeredByDefaultSink(const PulseSnapshot& snapshot, std::uint32_t object, const PropertyAddress& address) {
+    if (object == audio::kSystemObject) {
+        return address.selector == audio::kDefaultOutputDevice;
+    }
+    const PulseSink* sink = snapshot.sinkWithId(object);
+    if (sink == nullptr || sink->name != snapshot.defaultSinkName) {
+        return false;
+    }
+    return address.selector != audio::kActiveSubDevices || !snapshot.isCombined(*sink);
+}
+
 std::optional<std::vector<std::uint32_t>> volumesAfterWrite(const PulseSink& sink, std::uint32_t element,
                                                             float level,
                                                             const std::vector<std::uint32_t>& balanceWhenSilent) {

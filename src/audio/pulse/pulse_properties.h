@@ -32,6 +32,11 @@ struct PropertyValue {
 AudioHal::Status readProperty(const PulseSnapshot& snapshot, std::uint32_t object, const PropertyAddress& address,
                               PropertyValue& value);
 
+// Whether a reading of the default sink alone answers the property as the whole reading would:
+// the default output, and every property of the default sink itself except the members of a
+// combined sink, which are found through the streams.
+bool answeredByDefaultSink(const PulseSnapshot& snapshot, std::uint32_t object, const PropertyAddress& address);
+
 // The sink's channel volumes after writing level (0..1, clamped) to a volume element: element 0
 // scales every channel so that the balance stays, element n sets channel n alone. A silent sink
 // has no balance of its own; balanceWhenSilent, the channel volumes it had before it fell

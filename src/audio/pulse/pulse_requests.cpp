@@ -49,12 +49,20 @@ OwnedOperation& OwnedOperation::operator=(OwnedOperation&& other) noexcept {
     return *this;
 }
 
-SnapshotRequest::SnapshotRequest(pa_context* context, bool withSources, bool withModules) {
+SnapshotRequest::SnapshotRequest(pa_context* context, ReadingExtent extent, bool withSources, bool withModules) {
     operations_.reserve(5);
-    operations_.emplace_back(pa_context_get_server_info(context, &SnapshotRequest::onServerInfo, this));
-    operations_.emplace_back(pa_context_get_sink_info_list(context, &SnapshotRequest::onSinkInfo, this));
-    operations_.emplace_back(
-        pa_context_get_sink_input_info_list(context, &SnapshotRequest::onSinkInputInfo, this));
+    if (extent == ReadingExtent::defaultSink) {
+        // The server resolves the name itself, so the sink that answers is the default one, and
+        // its name is the default's: the server information is not needed.
+        snapshot_.defaultSinkOnly = true;
+        operations_.emplace_back(
+            pa_context_get_sink_info_by_name(context, "@DEFAULT_SINK@", &SnapshotRequest::onSinkInfo, this));
+    } else {
+        operations_.emplace_back(pa_context_get_server_info(context, &SnapshotRequest::onServerInfo, this));
+        operations_.emplace_back(pa_context_get_sink_info_list(context, &SnapshotRequest::onSinkInfo, this));
+        operations_.emplace_back(
+            pa_context_get_sink_input_info_list(context, &SnapshotRequest::onSinkInputInfo, this));
+    }
     if (withSources) {
         operations_.emplace_back(pa_context_get_source_info_list(context, &SnapshotRequest::onSourceInfo, this));
     }
@@ -100,6 +108,9 @@ void SnapshotRequest::onSinkInfo(pa_context*, const pa_sink_info* info, int endO
     sink.ownerModule = validIndex(info->owner_module);
     sink.linkGroup = linkGroup(info->proplist);
     sink.channelVolumes.assign(info->volume.values, info->volume.values + info->volume.channels);
+    if (self->snapshot_.defaultSinkOnly) {
+        self->snapshot_.defaultSinkName = sink.name;
+    }
     self->snapshot_.sinks.push_back(std::move(sink));
 }
 

@@ -33,14 +33,24 @@ private:
     pa_operation* operation_;
 };
 
+// How much of the server one reading asks for.
+enum class ReadingExtent {
+    // The server information and the sink, sink-input, source and module lists.
+    whole,
+    // The default sink alone (and the modules when asked): a small
+    // fraction of the whole, since listing sinks makes the server ask every sink's latency.
+    defaultSink,
+};
+
 // Asks for the server information and the sink, source, sink-input and module lists all at once,
-// so that the answers come back in one round trip. Destroying the request cancels whatever has not
+// or for the default sink alone, so that the answers come back in one round trip. Destroying the request cancels whatever has not
 // been answered, so on a timeout it may simply go out of scope.
 class SnapshotRequest {
 public:
     // Without sources, the result's source list is empty and left to the caller; without modules,
-    // so is its list of combining modules.
-    SnapshotRequest(pa_context* context, bool withSources, bool withModules);
+    // so is its list of combining modules. A reading of the default sink alone fails when there is
+    // no default sink.
+    SnapshotRequest(pa_context* context, ReadingExtent extent, bool withSources, bool withModules);
     SnapshotRequest(const SnapshotRequest&) = delete;
     SnapshotRequest& operator=(const SnapshotRequest&) = delete;
 

@@ -46,6 +46,9 @@ struct PulseSnapshot {
     std::vector<PulseSinkInput> sinkInputs;
     // The loaded modules named module-combine-sink, by index.
     std::vector<std::uint32_t> combiningModules;
+    // A reading of the defaults and the default sink alone: sinks holds that one sink, and the
+    // sources and streams were not read.
+    bool defaultSinkOnly = false;
 
     const PulseSink* sinkWithId(std::uint32_t deviceId) const;
     PulseSink* sinkWithId(std::uint32_t deviceId);

@@ -59,6 +59,12 @@ public:
         }
     }
     void endSnapshot() override { --snapshotDepth; }
+    void beginSnapshotOfDefaultOutput() override {
+        if (snapshotDepth == 0) {
+            ++defaultOutputReadings;
+        }
+        beginSnapshot();
+    }
 
     // The device list in the order the hardware gives it.
     std::vector<std::uint32_t> order;
@@ -70,6 +76,8 @@ public:
     int snapshotDepth = 0;
     // Outermost snapshot scopes opened: each is one reading of a real server's state.
     int readings = 0;
+    // Those of them opened as starting from the default output.
+    int defaultOutputReadings = 0;
 
     // Convenience: the device's element volume.
     float volume(std::uint32_t device, std::uint32_t element) const;
