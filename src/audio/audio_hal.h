@@ -131,9 +131,9 @@ public:
     // Scopes nest; only the outermost counts. Outside a scope every call reads afresh.
     virtual void beginSnapshot() {}
     virtual void endSnapshot() {}
-    // The same scope for a command that starts from the default output device and its own
+    // The same scope for a command that is mostly about the default output device and its own
     // properties (a volume key): a backend may read that device alone first, and the rest of
-    // the hardware when something else is first asked or together with the command's writes.
+    // the hardware only when something else is first asked.
     virtual void beginSnapshotOfDefaultOutput() { beginSnapshot(); }
 };
 

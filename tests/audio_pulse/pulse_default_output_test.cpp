@@ -1,5 +1,5 @@
 // A scope that starts from the default output reads the default sink alone, and the rest of the
-// server only when something else is asked or together with the first writes.
+// server only when something else is asked.
 #include <chrono>
 #include <cmath>
 #include <thread>
@@ -65,10 +65,9 @@ TEST_F(PulseDefaultOutputTest, APlainDefaultOutputIsAnsweredByOneShortReading) {
     EXPECT_EQ(hal.roundTrips(), before + 1);
 }
 
-TEST_F(PulseDefaultOutputTest, TheFirstWritesBringTheRestOfTheReadingInTheSameWait) {
+TEST_F(PulseDefaultOutputTest, AWriteToTheDefaultOutputGoesAloneAndReadsBackAsWritten) {
     const std::uint32_t studio = idOf("studio");
     const std::uint32_t desk = idOf("desk");
-    const std::vector<std::uint32_t> devices = deviceIds(hal);
     pactl({"set-sink-volume", "desk", "26214"});  // 0.4
     ASSERT_TRUE(untilSeen([&] { return std::abs(volume(hal, desk, 1).value_or(-1.0f) - 0.4f) < kTolerance; }));
     const std::uint64_t before = hal.roundTrips();
@@ -77,14 +76,15 @@ TEST_F(PulseDefaultOutputTest, TheFirstWritesBringTheRestOfTheReadingInTheSameWa
     const float level = 0.3f;
     ASSERT_TRUE(setVolume(hal, studio, 0, level));
     EXPECT_EQ(hal.roundTrips(), before + 2);
-    // Other devices, the list of devices and the write are all answered without asking again;
-    // our own write reads back exactly as written.
-    EXPECT_EQ(deviceIds(hal), devices);
-    EXPECT_NEAR(volume(hal, desk, 1).value_or(-1.0f), 0.4f, kTolerance);
-    EXPECT_EQ(text(hal, desk, audio::kUid), "desk");
-    EXPECT_EQ(volume(hal, studio, 0), std::round(level * 65536.0f) / 65536.0f);
+    const std::optional<float> written = std::round(level * 65536.0f) / 65536.0f;
+    EXPECT_EQ(volume(hal, studio, 0), written);
     EXPECT_EQ(hal.roundTrips(), before + 2);
     EXPECT_NE(pactl({"get-sink-volume", "studio"}).find("19661"), std::string::npos);
+    // Another device asked after the write completes the reading; our write still reads back
+    // exactly as written.
+    EXPECT_NEAR(volume(hal, desk, 1).value_or(-1.0f), 0.4f, kTolerance);
+    EXPECT_EQ(hal.roundTrips(), before + 3);
+    EXPECT_EQ(volume(hal, studio, 0), written);
 }
 
 TEST_F(PulseDefaultOutputTest, AskingAboutAnotherDeviceFirstReadsTheWhole) {

@@ -116,15 +116,12 @@ std::vector<std::vector<AudioHal::Status>> PulseAudioHal::setDataInSequence(
     for (const SinkChange& change : changes) {
         requests.push_back({change.sink->index, change.sink->channelVolumes});
     }
-    // A reading of the default sink alone is completed by the writes' own exchange: the rest
-    // comes in the same wait, after the server has carried out the writes.
-    const bool completeWithWrites = snapshot->defaultSinkOnly;
-    pulse::PulseConnection::Exchange outcome =
-        completeWithWrites ? connection_->setSinkVolumesThenRead(requests, deadline)
-                           : pulse::PulseConnection::Exchange{connection_->setSinkVolumes(requests, deadline), {}};
+    // The writes go alone, with nothing asked behind them: the server tells other programs of
+    // the change before it starts on anything else of ours.
+    const std::vector<bool> confirmed = connection_->setSinkVolumes(requests, deadline);
     for (std::size_t position = 0; position < changes.size(); ++position) {
         const SinkChange& change = changes[position];
-        if (outcome.confirmed[position]) {
+        if (confirmed[position]) {
             if (snapshotDepth_ > 0) {
                 writtenInScope_[change.sink->index] = change.sink->channelVolumes;
             }
@@ -141,9 +138,6 @@ std::vector<std::vector<AudioHal::Status>> PulseAudioHal::setDataInSequence(
         for (const WritePosition& write : change.writes) {
             statuses[write.step][write.index] = kStatusUnspecified;
         }
-    }
-    if (completeWithWrites && outcome.reading) {
-        scopeSnapshot_ = adopt(std::move(outcome.reading));
     }
     return statuses;
 }

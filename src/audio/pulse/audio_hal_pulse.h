@@ -53,10 +53,10 @@ public:
     // scope fails at once instead of waiting on the server again.
     void beginSnapshot() override;
     void endSnapshot() override;
-    // The scope's reading starts as the default sink alone, a fraction of the whole; a property
-    // it cannot answer, or the first writes (which take the whole reading with them), complete
-    // it. A default output that was combined at the last reading is read whole from the start,
-    // since its members are found through the streams.
+    // The scope's reading starts as the default sink alone, a fraction of the whole, and is
+    // completed when a property it cannot answer is first asked or written. A default output
+    // that was combined at the last reading is read whole from the start, since its members are
+    // found through the streams.
     void beginSnapshotOfDefaultOutput() override;
 
     // Requests that went to the server so far: one per reading of its state, one per batch of

@@ -69,11 +69,6 @@ std::vector<bool> PulseConnection::setSinkVolumes(const std::vector<SinkVolume>&
     return exchange(volumes, std::nullopt, deadline).confirmed;
 }
 
-PulseConnection::Exchange PulseConnection::setSinkVolumesThenRead(const std::vector<SinkVolume>& volumes,
-                                                                  Clock::time_point deadline) {
-    return exchange(volumes, ReadingExtent::whole, deadline);
-}
-
 PulseConnection::Exchange PulseConnection::exchange(const std::vector<SinkVolume>& volumes,
                                                     std::optional<ReadingExtent> reading, Clock::time_point deadline) {
     Exchange outcome{std::vector<bool>(volumes.size(), false), std::nullopt};

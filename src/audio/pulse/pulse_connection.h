@@ -61,16 +61,6 @@ public:
     // true at a sink's position once the server confirmed its change.
     std::vector<bool> setSinkVolumes(const std::vector<SinkVolume>& volumes, Clock::time_point deadline);
 
-    // What one exchange with the server brought back.
-    struct Exchange {
-        std::vector<bool> confirmed;
-        std::optional<PulseSnapshot> reading;
-    };
-
-    // The same writes with a whole reading asked for right behind them: the server answers in
-    // order, so the reading already holds the changes, and both cost one wait.
-    Exchange setSinkVolumesThenRead(const std::vector<SinkVolume>& volumes, Clock::time_point deadline);
-
     // Requests sent and waited for, counting a batch sent together as one.
     std::uint64_t roundTrips() const { return roundTrips_; }
 
@@ -81,6 +71,11 @@ public:
     };
 
 private:
+    // What one exchange with the server brought back.
+    struct Exchange {
+        std::vector<bool> confirmed;
+        std::optional<PulseSnapshot> reading;
+    };
     // Sends the writes, then the reading when one is asked for, and waits once for every answer.
     Exchange exchange(const std::vector<SinkVolume>& volumes, std::optional<ReadingExtent> reading,
                       Clock::time_point deadline);
