@@ -3,6 +3,7 @@
 // settings and autostart, and updates announced by a feed read over HTTPS.
 #include <malloc.h>
 #include <unistd.h>
+#include <xcb/xcb.h>
 
 #include <QApplication>
 #include <QGuiApplication>
@@ -91,7 +92,14 @@ public:
     bool dockAvailable() const override { return false; }
     std::unique_ptr<StatusIcon> makeStatusIcon(const std::filesystem::path& artwork,
                                                std::function<void()> clicked) override {
-        return std::make_unique<StatusItem>(artwork, std::move(clicked));
+        auto icon = std::make_unique<StatusItem>(artwork, std::move(clicked));
+        // The icon's window and its request to dock are only queued on the connection; sent now,
+        // the tray shows the icon while the rest of the start goes on, rather than at whatever
+        // next asks the X server something.
+        if (connection_ != nullptr) {
+            xcb_flush(connection_);
+        }
+        return icon;
     }
     // One copy per user and X display.
     std::unique_ptr<SingleInstance> makeSingleInstance() override {
