@@ -110,12 +110,14 @@ TEST_F(DockActionsTest, NewSeparatorIsSignedGivenItsIconRecordedAndAppended) {
     const fs::path bundlePath = paths.front();
     EXPECT_EQ(bundlePath.filename(), "S\xC3\xA9parateur.app");
     EXPECT_EQ(bundlePath.parent_path().parent_path(), folder.path() / "share" / "Vantle Control" / "Separators");
-    EXPECT_EQ(tools.calls.front(), "codesign --force --sign - " + bundlePath.string());
     ASSERT_EQ(icons.given.size(), 1u);
     EXPECT_EQ(icons.given[0].target, bundlePath);
     EXPECT_EQ(icons.given[0].image, artwork("Light"));
 
+    // The Dock's tools run on the coordinator's queue: their record is read once it is idle.
     settle();
+    ASSERT_FALSE(tools.calls.empty());
+    EXPECT_EQ(tools.calls.front(), "codesign --force --sign - " + bundlePath.string());
     EXPECT_EQ(line.last(), L("s042"));
     ASSERT_EQ(tools.apps.size(), 1u);
     EXPECT_EQ(tools.apps[0], separatorTile(fileUrlString(bundlePath.string(), true), L("s040")));
