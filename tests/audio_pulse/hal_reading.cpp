@@ -1,5 +1,7 @@
 #include "hal_reading.h"
 
+#include <gtest/gtest.h>
+
 namespace vantle::testing {
 
 std::vector<std::uint32_t> deviceIds(AudioHal& hal) {
@@ -77,6 +79,12 @@ std::optional<std::uint32_t> deviceWithUid(AudioHal& hal, const std::string& uid
         }
     }
     return std::nullopt;
+}
+
+std::uint32_t presentDeviceWithUid(AudioHal& hal, const std::string& uid) {
+    const std::optional<std::uint32_t> id = deviceWithUid(hal, uid);
+    EXPECT_TRUE(id) << uid;
+    return id.value_or(0);
 }
 
 }  // namespace vantle::testing

@@ -23,5 +23,7 @@ bool setVolume(AudioHal& hal, std::uint32_t device, std::uint32_t element, float
 
 // The device whose unique id (the sink or source name) is uid.
 std::optional<std::uint32_t> deviceWithUid(AudioHal& hal, const std::string& uid);
+// The same for a device the test expects: the test fails when it is absent, and 0 stands in.
+std::uint32_t presentDeviceWithUid(AudioHal& hal, const std::string& uid);
 
 }  // namespace vantle::testing

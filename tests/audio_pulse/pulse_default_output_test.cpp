@@ -18,9 +18,7 @@ constexpr float kTolerance = 0.005f;
 class PulseDefaultOutputTest : public SoundServerTest {
 protected:
     std::uint32_t idOf(const std::string& uid) {
-        const std::optional<std::uint32_t> id = deviceWithUid(hal, uid);
-        EXPECT_TRUE(id) << uid;
-        return id.value_or(0);
+        return presentDeviceWithUid(hal, uid);
     }
     // Everything a volume key asks about the default output before it writes.
     struct DefaultOutputAnswers {

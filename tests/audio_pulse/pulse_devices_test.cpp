@@ -14,9 +14,7 @@ using vantle::PulseAudioHal;
 class PulseDevicesTest : public SoundServerTest {
 protected:
     std::uint32_t idOf(const std::string& uid) {
-        const std::optional<std::uint32_t> id = deviceWithUid(hal, uid);
-        EXPECT_TRUE(id) << uid;
-        return id.value_or(0);
+        return presentDeviceWithUid(hal, uid);
     }
 
     PulseAudioHal hal;

@@ -19,9 +19,7 @@ constexpr float kTolerance = 0.005f;
 class PulseVolumeTest : public SoundServerTest {
 protected:
     std::uint32_t idOf(const std::string& uid) {
-        const std::optional<std::uint32_t> id = deviceWithUid(hal, uid);
-        EXPECT_TRUE(id) << uid;
-        return id.value_or(0);
+        return presentDeviceWithUid(hal, uid);
     }
 
     // Writes a different level to each channel and reads each back.

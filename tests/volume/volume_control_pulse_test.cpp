@@ -29,9 +29,7 @@ constexpr float kTolerance = 0.005f;
 class VolumeControlPulseTest : public SoundServerTest {
 protected:
     std::uint32_t idOf(const std::string& uid) {
-        const std::optional<std::uint32_t> id = deviceWithUid(hal, uid);
-        EXPECT_TRUE(id) << uid;
-        return id.value_or(0);
+        return presentDeviceWithUid(hal, uid);
     }
     float channel(const std::string& uid, std::uint32_t element) {
         return volume(hal, idOf(uid), element).value_or(-1.0f);
